@@ -1,0 +1,19 @@
+#include "platform/accessibility.h"
+
+namespace glyma {
+
+std::string_view describe(AccessibilityError error) {
+    switch (error) {
+    case AccessibilityError::unsupported:
+        return "unsupported";
+    case AccessibilityError::noValue:
+        return "no value";
+    case AccessibilityError::timedOut:
+        return "timed out";
+    case AccessibilityError::failed:
+        break;
+    }
+    return "failed";
+}
+
+} // namespace glyma

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/subscription.h"
+
+#include <sys/types.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace glyma {
+
+/// The application whose window is active.
+struct FrontApplication {
+    /// Desktop-entry id (or the closest the desktop knows), absent when it has none.
+    std::optional<std::string> identifier;
+    /// 0 when unknown.
+    pid_t process = 0;
+    bool operator==(const FrontApplication&) const = default;
+};
+
+/// Knows which application is in front. Main thread.
+class FrontApplicationTracker {
+public:
+    virtual ~FrontApplicationTracker() = default;
+
+    /// Read afresh.
+    virtual FrontApplication current() = 0;
+    /// Called on the main thread after another application has come to the front.
+    [[nodiscard]] virtual Subscription observe(std::function<void(const FrontApplication&)> callback) = 0;
+};
+
+} // namespace glyma

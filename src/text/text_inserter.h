@@ -1,0 +1,77 @@
+#pragma once
+
+#include "platform/accessibility.h"
+#include "platform/clipboard.h"
+#include "platform/front_application.h"
+#include "platform/key_injector.h"
+#include "platform/scheduler.h"
+#include "platform/screens.h"
+#include "preferences/log.h"
+#include "preferences/user_preferences.h"
+
+#include <sys/types.h>
+
+#include <atomic>
+#include <cstddef>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace glyma {
+
+struct TextServices {
+    Scheduler& scheduler;
+    Accessibility& accessibility;
+    Clipboard& clipboard;
+    KeyInjector& keys;
+    FrontApplicationTracker& frontApplications;
+    Screens& screens;
+    Bell& bell;
+    const UserPreferences& preferences;
+    Log& log;
+};
+
+/// Reads and changes the text of other applications through one element: the one that had the focus when the trigger
+/// was typed. Finding and caching it may be called from the tap thread as well as the main thread; everything else
+/// belongs to the main thread.
+class TextInserter {
+public:
+    explicit TextInserter(TextServices services);
+    ~TextInserter();
+
+    // Focused element and caret
+    void setSourceAppPID(pid_t process);
+    pid_t sourceAppPID() const;
+    void cacheSourceFocusedElement();
+    void recacheSourceFromApp();
+    void forgetSourceElement();
+    ElementReference cachedSourceElement() const;
+    /// The element to read from now, or null.
+    ElementReference focusedElement() const;
+    /// Whether the focused element tells its selected range, so that the query could be read from its text.
+    bool focusedElementReportsSelection() const;
+    std::optional<Rect> caretBounds() const;
+    /// Not empty when present.
+    std::optional<std::string> selectedText() const;
+    /// Host of the page that the cached element belongs to, without "www."; empty when the page has none; absent when
+    /// the element is not inside web content.
+    std::optional<std::string> pageHost() const;
+
+    // Insertion
+    /// Replaces the `deleteCharsBefore` characters before the caret by the text, 0.05 s from now.
+    /// \param expected  what is about to be deleted, when it is known exactly.
+    void insert(const std::string& text, std::ptrdiff_t deleteCharsBefore, const std::optional<std::string>& expected);
+
+private:
+    struct Insertion;
+    bool insertViaAccessibility(const std::string& text, std::ptrdiff_t deleteCount,
+                                const std::optional<std::string>& expected);
+    void insertViaClipboard(const std::string& text, std::ptrdiff_t deleteCount);
+
+    TextServices services_;
+    mutable std::mutex mutex_;
+    pid_t sourceAppPID_ = 0;
+    ElementReference cachedSourceElement_;
+};
+
+} // namespace glyma
