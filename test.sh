@@ -1,0 +1,37 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and runs every test: unit and scenario tests (plain, under AddressSanitizer and
+# UndefinedBehaviorSanitizer, under ThreadSanitizer) and real applications on virtual displays.
+#
+#   ./test.sh [--quick]     --quick leaves out the sanitizers and the long runs with real applications
+set -euo pipefail
+cd "$(dirname "$0")"
+tools/install-dependencies.sh build run demo test
+
+quick=${1:-}
+jobs=$(nproc)
+step() { printf '\n== %s\n' "$*"; }
+
+step "build"
+cmake --preset release -DGLYMA_BENCH=OFF >/dev/null
+cmake --build build/release -j "$jobs"
+
+if [ "$quick" = --quick ]; then
+    step "unit and scenario tests"
+    ctest --preset release -j "$jobs" -LE long
+    exit 0
+fi
+
+step "source: formatting, headers that compile alone"
+git ls-files 'src/*.h' 'src/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.cpp' 'bench/*.h' 'tools/*.cpp' |
+    xargs clang-format --dry-run -Werror
+cmake --build build/release --target all_verify_interface_header_sets -j "$jobs"
+
+for sanitizer in asan-ubsan tsan; do
+    step "unit and scenario tests, $sanitizer"
+    cmake --preset "$sanitizer" >/dev/null
+    cmake --build "build/$sanitizer" -j "$jobs"
+    ctest --preset "$sanitizer" -j "$jobs"
+done
+
+step "all tests, real applications included"
+ctest --preset release -j "$jobs"

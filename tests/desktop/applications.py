@@ -1,0 +1,241 @@
+"""Real applications to type into. Each tells its text and caret without asking Glyma's own adapters."""
+
+import http.server
+import json
+import os
+import threading
+import time
+from pathlib import Path
+
+from virtual_desktop import wait_until
+
+
+class AccessibleEditor:
+    """A text editor whose text and caret are read through AT-SPI; counts in code points or UTF-16 units."""
+
+    name = ""
+    counts_utf16 = False
+    title = ""
+
+    def __init__(self, desktop, text=""):
+        self.desktop = desktop
+        self.file = desktop.home / f"{self.name}-{time.monotonic_ns()}.txt"
+        self.file.write_text(text)
+        self.process = desktop.start(self.command(), environment=self.extra_environment())
+        self.element = wait_until(self.find_text_element, 30, f"{self.name}'s text")
+        self.focus()
+
+    def extra_environment(self):
+        return {}
+
+    def command(self):
+        raise NotImplementedError
+
+    def focus(self):
+        window = wait_until(lambda: self.desktop.windows("--name", self.file.name), 10, f"{self.name}'s window")[-1]
+        self.desktop.run(["xdotool", "windowactivate", "--sync", window])
+        wait_until(self.is_focused, 10, f"{self.name} to have the focus")
+
+    def is_focused(self):
+        from gi.repository import Atspi
+        self.element.clear_cache()
+        return self.element.get_state_set().contains(Atspi.StateType.FOCUSED)
+
+    def find_text_element(self):
+        os.environ.update({name: self.desktop.environment[name] for name in
+                           ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "HOME")})
+        import gi
+        gi.require_version("Atspi", "2.0")
+        from gi.repository import Atspi, GLib
+        root = Atspi.get_desktop(0)
+        try:
+            for index in range(root.get_child_count()):
+                application = root.get_child_at_index(index)
+                if application and application.get_process_id() == self.process.pid:
+                    return self._search(application, 0)
+        except GLib.Error:
+            pass
+        return None
+
+    def _search(self, element, depth):
+        from gi.repository import Atspi
+        states = element.get_state_set()
+        if states.contains(Atspi.StateType.EDITABLE) and states.contains(Atspi.StateType.MULTI_LINE):
+            return element
+        if depth < 24:
+            for index in range(element.get_child_count()):
+                child = element.get_child_at_index(index)
+                found = self._search(child, depth + 1) if child else None
+                if found:
+                    return found
+        return None
+
+    def text(self):
+        return self.element.get_text(0, self.element.get_character_count())
+
+    def caret(self):
+        """Code points before the caret."""
+        offset = self.element.get_caret_offset()
+        if not self.counts_utf16:
+            return offset
+        return len(self.text().encode("utf-16-le")[:offset * 2].decode("utf-16-le"))
+
+    def place_caret(self, behind):
+        """Moves the caret behind the first occurrence of a text, from the start of the document."""
+        before, found, _ = self.text().partition(behind)
+        assert found
+        self.desktop.press("ctrl+Home")
+        target = len(before) + len(behind)
+        for _ in range(300):
+            at = wait_until(lambda: self.caret() + 1, 2, "a caret") - 1
+            if at == target:
+                return
+            self.desktop.press("Right")
+            wait_until(lambda: self.caret() != at, 2, "the caret to move")
+        raise RuntimeError("the caret did not arrive")
+
+
+class Mousepad(AccessibleEditor):
+    name = "mousepad"
+
+    def command(self):
+        self.desktop.run(["gsettings", "set", "org.xfce.mousepad.preferences.file", "session-restore", "never"])
+        return ["mousepad", "--disable-server", self.file]
+
+
+class GnomeTextEditor(AccessibleEditor):
+    name = "gnome-text-editor"
+
+    def command(self):
+        self.desktop.run(["gsettings", "set", "org.gnome.TextEditor", "restore-session", "false"], check=False)
+        self.desktop.run(["gsettings", "set", "org.gnome.TextEditor", "spellcheck", "false"], check=False)
+        return ["gnome-text-editor", "--standalone", self.file]
+
+
+class FeatherPad(AccessibleEditor):
+    name = "featherpad"
+    counts_utf16 = True
+
+    def command(self):
+        return ["featherpad", "--standalone", self.file]
+
+
+PAGE = """<!doctype html><meta charset="utf-8"><title>glyma-page</title>
+<style>body{font:16px sans-serif;margin:40px} .field{width:700px;font:16px sans-serif;padding:6px}
+div.field{border:1px solid gray;min-height:60px;white-space:pre-wrap}</style>
+%s
+<script>
+const field = document.getElementById('field');
+function report() {
+  let text, before;
+  if (field.isContentEditable) {
+    text = field.innerText;
+    const selection = getSelection();
+    if (selection.rangeCount) {
+      const range = selection.getRangeAt(0).cloneRange();
+      range.setStart(field, 0);
+      const probe = document.createElement('div');
+      probe.style.whiteSpace = 'pre-wrap'; probe.appendChild(range.cloneContents());
+      document.body.appendChild(probe); before = probe.innerText; probe.remove();
+    } else before = '';
+  } else { text = field.value; before = text.slice(0, field.selectionStart); }
+  return JSON.stringify({text, before, focused: document.activeElement === field && document.hasFocus()});
+}
+let last = '';
+setInterval(() => { const now = report(); if (now !== last) { last = now; fetch('/state', {method: 'POST', body: now}); } }, 10);
+window.placeCaret = (behind) => {};
+fetch('/caret').then(r => r.json()).then(position => {
+  field.focus();
+  if (field.isContentEditable) {
+    const node = field.firstChild || field;
+    getSelection().collapse(node, node === field ? 0 : position);
+  } else field.setSelectionRange(position, position);
+});
+</script>"""
+
+
+class FirefoxField:
+    """A field of a page in Firefox; the page itself reports text and caret to a server on this machine."""
+
+    name = "firefox"
+    fields = {
+        "input": '<input id="field" class="field" value="%s">',
+        "textarea": '<textarea id="field" class="field" rows="6">%s</textarea>',
+        "contenteditable": '<div id="field" class="field" contenteditable="true">%s</div>',
+    }
+
+    def __init__(self, desktop, kind, text, behind):
+        self.desktop = desktop
+        self.state = {"text": None, "before": None, "focused": False}
+        page = PAGE % (self.fields[kind] % text)
+        caret = len((text.partition(behind)[0] + behind).encode("utf-16-le")) // 2
+        self.server = self._serve(page.encode(), json.dumps(caret).encode())
+        profile = desktop.home / f"firefox-{time.monotonic_ns()}"
+        profile.mkdir()
+        (profile / "user.js").write_text(
+            'user_pref("browser.shell.checkDefaultBrowser", false);\n'
+            'user_pref("browser.aboutwelcome.enabled", false);\n'
+            'user_pref("datareporting.policy.dataSubmissionEnabled", false);\n'
+            'user_pref("toolkit.telemetry.reportingpolicy.firstRun", false);\n'
+            'user_pref("app.normandy.enabled", false);\n'
+            'user_pref("network.captive-portal-service.enabled", false);\n'
+            'user_pref("network.connectivity-service.enabled", false);\n'
+            'user_pref("browser.safebrowsing.malware.enabled", false);\n'
+            'user_pref("services.settings.server", "http://127.0.0.1:9/");\n'
+            'user_pref("layout.spellcheckDefault", 0);\n'
+            'user_pref("browser.startup.homepage_override.mstone", "ignore");\n'
+            'user_pref("browser.tabs.remote.autostart", true);\n')
+        address = f"http://127.0.0.1:{self.server.server_address[1]}/"
+        self.process = desktop.start(["firefox-esr", "--profile", profile, "--new-instance", address])
+        window = wait_until(lambda: desktop.windows("--name", "glyma-page"), 60, "Firefox's window")[-1]
+        desktop.run(["xdotool", "windowactivate", "--sync", window])
+        wait_until(lambda: self.state["focused"], 30, "the field to have the focus")
+        time.sleep(1)
+
+    def _serve(self, page, caret):
+        owner = self
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                body = caret if self.path == "/caret" else page
+                self.send_response(200)
+                self.send_header("Content-Type", "application/json" if self.path == "/caret" else "text/html")
+                self.end_headers()
+                self.wfile.write(body)
+
+            def do_POST(self):
+                owner.state = json.loads(self.rfile.read(int(self.headers["Content-Length"])))
+                self.send_response(204)
+                self.end_headers()
+
+            def log_message(self, *_):
+                pass
+
+        server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        threading.Thread(target=server.serve_forever, daemon=True).start()
+        return server
+
+    def text(self):
+        return self.state["text"]
+
+    def caret(self):
+        return len(self.state["before"])
+
+
+class XTerm:
+    """A terminal in which a line reader without tricks (the kernel's own) takes what is typed."""
+
+    name = "xterm"
+
+    def __init__(self, desktop):
+        self.desktop = desktop
+        self.file = desktop.home / f"xterm-{time.monotonic_ns()}.txt"
+        self.process = desktop.start(["xterm", "-u8", "-title", "glyma-terminal", "-fa", "DejaVu Sans Mono", "-e",
+                                      "sh", "-c", f"stty iutf8; cat > {self.file}"])
+        window = wait_until(lambda: desktop.windows("--name", "glyma-terminal"), 15, "xterm's window")[-1]
+        desktop.run(["xdotool", "windowactivate", "--sync", window])
+        wait_until(self.file.exists, 10, "the line reader")
+        time.sleep(0.3)
+
+    def lines(self):
+        return self.file.read_text()
