@@ -45,6 +45,7 @@ TEST(Annotations, WithoutANameOrOfKeyboardCharactersAreDropped) {
              R"("😀": {"default": ["grin"], "tts": ["grinning face", 1]})",
              R"("😀": {"default": ["grin"], "tts": [["grinning face"]]})",
              R"("😀": {"default": ["grin"], "tts": {"tts": ["grinning face"]}})",
+             R"("😀": {"tts": {"x": ["grinning face"]}})",
              R"("😀": {"inner": {"tts": ["grinning face"]}})",
              R"("😀": {})",
              R"("😀": ["tts", "grinning face"])",
@@ -58,6 +59,12 @@ TEST(Annotations, WithoutANameOrOfKeyboardCharactersAreDropped) {
         const auto withSound = entries(std::string(member) + R"(, "é": {"tts": ["e"], "default": ["x"]})");
         EXPECT_EQ(withSound, (std::vector<CharData>{{"é", "e", {"x"}}})) << "after " << member;
     }
+}
+
+TEST(Annotations, NeverBorrowFromTheEntryBefore) {
+    EXPECT_TRUE(entries(R"("#": {"default": ["x"], "tts": ["hash sign"]}, "é": {"default": ["y"]})").empty());
+    EXPECT_EQ(entries(R"("#": {"default": ["x"], "tts": ["hash sign"]}, "é": {"tts": ["e"]})"),
+              (std::vector<CharData>{{"é", "e", {}}}));
 }
 
 TEST(Annotations, KeepTheirNameWhenTheKeywordsCannotBeUsed) {

@@ -42,6 +42,7 @@ TEST(Hieroglyphs, FunctionGivesItsClassThenItsMeanings) {
         {"Phonemogram (G7A, D52)", {"phonemogram", "g7a", "d52"}}, // not one code alone
         {"Logogram (to go)", {"logogram", "go"}},
         {"Logogram (to judge, to separate)", {"logogram", "judge", "to separate"}},
+        {"Logogram (to to go)", {"logogram", "to go"}},
         {"Logogram (To go)", {"logogram", "to go"}},
         {"Logogram (to be noble)", {"logogram", "be noble"}}, // a gloss is not split at spaces
         {"Logogram (the, of)", {"logogram"}},
