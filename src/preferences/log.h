@@ -18,7 +18,9 @@ std::string redacted(std::string_view text);
 /// The program's log. Any thread.
 class Log {
 public:
-    Log(LogSink& sink, const DebugConfig& config) : sink_(sink), config_(config) {}
+    Log(LogSink& sink, const DebugConfig& config)
+        : sink_(sink)
+        , config_(config) {}
 
     /// Writes the message always.
     void write(std::string_view message) { sink_.write(message); }

@@ -6,8 +6,12 @@
 #include "platform/settings_store.h"
 #include "platform/subscription.h"
 #include "preferences/log.h"
+#include "preferences/records.h"
+
+#include <nlohmann/json_fwd.hpp>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -17,38 +21,6 @@
 #include <vector>
 
 namespace glyma {
-
-/// A snippet of the user: found by its name and keywords, inserts its text.
-struct UserReplacement {
-    std::string id; ///< UUID, canonical upper-case form
-    std::string name;
-    std::vector<std::string> keywords;
-    std::string text;
-    bool operator==(const UserReplacement&) const = default;
-};
-
-struct ExcludedApp {
-    std::string bundleID; ///< desktop-entry id
-    std::string name;
-    bool isExcluded = true;
-    bool operator==(const ExcludedApp&) const = default;
-};
-
-struct ExcludedWebsite {
-    std::string domain;
-    bool isExcluded = true;
-    bool operator==(const ExcludedWebsite&) const = default;
-};
-
-struct GlobalShortcut {
-    std::uint16_t keyCode = keycode::unknown;
-    std::uint64_t modifierRawValue = 0;
-    std::string display;
-    bool operator==(const GlobalShortcut&) const = default;
-
-    /// Compares the key and Control, Option, Command and Shift; ignores all other flags.
-    bool matches(std::uint16_t otherKeyCode, std::uint64_t flags) const;
-};
 
 /// A choice the preferences offer.
 struct TriggerOption {
@@ -61,12 +33,13 @@ struct MenuBarIconOption {
     std::string_view symbol; ///< empty: shows the trigger character
 };
 
-/// The settings, each stored the moment it is assigned. Getters copy and may be called from any thread; setters and
-/// `changed` belong to the main thread. Stored values that do not decode fall back to the default and stay as they
-/// are until the setting is assigned.
+/// The settings, each stored the moment it is assigned. Getters copy and may be called from any thread;
+/// setters and `changed` belong to the main thread. Stored values that do not decode fall back to the default
+/// and stay as they are until the setting is assigned.
 class UserPreferences {
 public:
-    UserPreferences(SettingsStore& store, LoginItem& loginItem, const InstalledApplications& applications, Log& log);
+    UserPreferences(SettingsStore& store, LoginItem& loginItem, const InstalledApplications& applications,
+                    Log& log);
 
     std::string triggerCharacter() const;
     std::vector<UserReplacement> userReplacements() const;
@@ -79,8 +52,9 @@ public:
     std::int64_t visiblePickerRows() const;
     bool startAtLogin() const;
     std::optional<std::string> skinToneModifier() const;
-    /// Paste chords by application identifier, for those that do not paste with Ctrl+V. The user's entries (key
-    /// `pasteChords`, an object of identifier to "Ctrl+Shift+V" or "Shift+Insert" or "Ctrl+V") come before ours.
+    /// Paste chords by application identifier, for those that do not paste with Ctrl+V. The user's entries
+    /// (key `pasteChords`, an object of identifier to "Ctrl+Shift+V" or "Shift+Insert" or "Ctrl+V") come
+    /// before ours.
     KeyChord pasteChord(std::string_view applicationIdentifier) const;
 
     void setTriggerCharacter(const std::string& value);
@@ -119,6 +93,16 @@ private:
         std::optional<std::string> skinToneModifier;
         std::map<std::string, KeyChord, std::less<>> pasteChords;
     };
+
+    static Values load(const SettingsStore& store, const LoginItem& loginItem,
+                       const InstalledApplications& applications);
+    template<typename Value>
+    Value get(Value Values::*field) const;
+    template<typename Value>
+    void assign(Value Values::*field, const Value& value);
+    template<typename Value>
+    void assignAndStore(Value Values::*field, const char* key, const Value& value, nlohmann::json stored);
+    bool toggleLoginItem(bool value);
 
     SettingsStore& store_;
     LoginItem& loginItem_;
