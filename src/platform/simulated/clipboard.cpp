@@ -1,0 +1,54 @@
+#include "platform/simulated/clipboard.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace glyma::simulated {
+
+namespace {
+
+std::string valueOf(const ClipboardSnapshot& contents, std::string_view type) {
+    const auto found = std::ranges::find(contents, type, &ClipboardSnapshot::value_type::first);
+    return found == contents.end() ? std::string() : found->second;
+}
+
+} // namespace
+
+ClipboardSnapshot SimulatedClipboard::snapshot() {
+    return contents();
+}
+
+void SimulatedClipboard::setTransientText(const std::string& text) {
+    replace({{textType, text}, {secretHint, "secret"}});
+}
+
+void SimulatedClipboard::restore(const ClipboardSnapshot& snapshot) {
+    replace(snapshot);
+}
+
+void SimulatedClipboard::set(ClipboardSnapshot contents) {
+    replace(std::move(contents));
+}
+
+void SimulatedClipboard::replace(ClipboardSnapshot contents) {
+    const std::lock_guard lock(mutex_);
+    history_.push_back({valueOf(contents, textType), !valueOf(contents, secretHint).empty()});
+    contents_ = std::move(contents);
+}
+
+ClipboardSnapshot SimulatedClipboard::contents() const {
+    const std::lock_guard lock(mutex_);
+    return contents_;
+}
+
+std::string SimulatedClipboard::text() const {
+    const std::lock_guard lock(mutex_);
+    return valueOf(contents_, textType);
+}
+
+std::vector<SimulatedClipboard::Entry> SimulatedClipboard::history() const {
+    const std::lock_guard lock(mutex_);
+    return history_;
+}
+
+} // namespace glyma::simulated
