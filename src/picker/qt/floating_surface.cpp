@@ -92,7 +92,7 @@ void FloatingSurface::paintBackground(QPainter& painter) {
         shadow_.paint(painter, area, radius_, theme().shadowStrength);
         // The shadow must not shine through the panel.
         painter.setCompositionMode(QPainter::CompositionMode_Source);
-        painter.setBrush(theme().panel);
+        painter.setBrush(compositor_.canBlur() ? theme().blurredPanel : theme().panel);
         painter.drawRoundedRect(area, radius_, radius_);
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     }

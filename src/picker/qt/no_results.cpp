@@ -58,7 +58,7 @@ void NoResultsView::paint(QPainter& painter, const QRectF& area, const Theme& th
     double width = 0;
     for (const auto& part : parts)
         width += QFontMetricsF(part.font).horizontalAdvance(part.text);
-    painter.setPen(theme.secondary);
+    painter.setPen(theme.text.secondary);
     QPointF pen(area.center().x() - width / 2, top + emoticonSize);
     for (const auto& part : parts) {
         painter.setFont(part.font);

@@ -65,13 +65,13 @@ void PickerHeader::paint(QPainter& painter, int panelWidth, const HeaderState& s
     const QRectF progressArea = progress(panelWidth, hasDot);
     const QRectF echoArea(inset, 1, progressArea.left() - progressPadding - inset, layout::headerHeight);
     painter.setFont(echoFont_);
-    painter.setPen(theme.secondary);
+    painter.setPen(theme.text.secondary);
     painter.drawText(echoArea, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                      QFontMetricsF(echoFont_).elidedText(state.echo, Qt::ElideLeft, echoArea.width()));
 
     if (state.isBusy) {
         painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(theme.tertiary, 1.6, Qt::SolidLine, Qt::RoundCap));
+        painter.setPen(QPen(theme.text.tertiary, 1.6, Qt::SolidLine, Qt::RoundCap));
         painter.drawArc(progressArea.adjusted(1, 1, -1, -1), -state.busyAngle * 16, 270 * 16);
     }
     paintButton(painter, skinToneButton(panelWidth, hasDot), state, theme);
@@ -93,8 +93,8 @@ void PickerHeader::paintButton(QPainter& painter, const QRect& button, const Hea
     }
     const QRectF hand(button.left() + 4, button.top(), 22, button.height());
     glyphs_.draw(painter, hand, skinToneGlyph(skinTones[skinToneIndex(state.skinToneModifier)].modifier),
-                 toneSize, theme.primary);
-    drawChevron(painter, QPointF(hand.right() + 3 + 4.5, button.center().y() + 1), theme.secondary);
+                 toneSize, theme.text.primary);
+    drawChevron(painter, QPointF(hand.right() + 3 + 4.5, button.center().y() + 1), theme.text.secondary);
 }
 
 } // namespace glyma::qt

@@ -21,6 +21,7 @@ constexpr std::chrono::milliseconds busyDelay{100};
 constexpr std::chrono::milliseconds busyInterval{40};
 constexpr int busyStep = 24;
 constexpr int wheelNotch = 120;
+constexpr std::chrono::milliseconds scrollBarDuration{900};
 constexpr double scrollBarWidth = 4;
 constexpr double shortestScrollBar = 24;
 
@@ -37,7 +38,7 @@ void paintScrollBar(QPainter& painter, const ListGeometry& list, const Theme& th
     const double top = layout::listTop + (track - length) * list.offset / list.maximumOffset();
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme.scrollBar);
-    painter.drawRoundedRect(QRectF(list.panel.width() - scrollBarWidth - 4, top, scrollBarWidth, length),
+    painter.drawRoundedRect(QRectF(list.panel.width() - scrollBarWidth - 3, top, scrollBarWidth, length),
                             scrollBarWidth / 2, scrollBarWidth / 2);
 }
 
@@ -61,6 +62,9 @@ PickerView::PickerView(PickerServices& services, const Appearance& appearance,
         pickRandomIcons();
         update();
     });
+    scrollBarTimer_.setSingleShot(true);
+    scrollBarTimer_.setInterval(scrollBarDuration);
+    connect(&scrollBarTimer_, &QTimer::timeout, this, [this] { update(); });
     connect(&busyTimer_, &QTimer::timeout, this, [this] { tick(); });
 }
 
@@ -131,6 +135,7 @@ void PickerView::setOffset(int offset) {
     offset = std::clamp(offset, 0, list().maximumOffset());
     if (std::exchange(offset_, offset) == offset)
         return;
+    scrollBarTimer_.start();
     updateTimers();
     update();
 }
@@ -183,6 +188,7 @@ void PickerView::showEvent(QShowEvent* event) {
     offset_ = 0;
     hoveredRow_.reset();
     isButtonHovered_ = false;
+    scrollBarTimer_.stop();
     if (services_.model.items().empty())
         noResults_.appear();
     followSelection();
@@ -230,7 +236,8 @@ void PickerView::paintList(QPainter& painter) {
         rows_.paint(painter, geometry.row(index), rowContentAt(index),
                     {isSelected(index), hoveredRow_ == index}, theme());
     painter.restore();
-    paintScrollBar(painter, geometry, theme());
+    if (scrollBarTimer_.isActive())
+        paintScrollBar(painter, geometry, theme());
 }
 
 void PickerView::warmUp() {
@@ -247,6 +254,7 @@ void PickerView::warmUp() {
     HeaderState header;
     header.echo = ":smile";
     header_.paint(painter, 320, header, theme());
+    noResults_.appear();
     noResults_.paint(painter, QRectF(0, 49, 320, 48), theme());
 }
 

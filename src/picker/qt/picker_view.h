@@ -85,6 +85,7 @@ private:
     QTimer busyTimer_;
     int busyAngle_ = 0;
     bool isBusyShown_ = false;
+    QTimer scrollBarTimer_; ///< runs while the scroll bar is shown
 };
 
 } // namespace glyma::qt

@@ -42,7 +42,7 @@ void drawElided(QPainter& painter, const QRectF& line, const QFont& font, const 
 /// A sheet with three lines of text on it.
 void drawSnippetIcon(QPainter& painter, const QRectF& box, const Theme& theme) {
     const QRectF sheet(box.center().x() - 9, box.center().y() - 11, 18, 22);
-    painter.setPen(QPen(theme.tertiary, 1.25));
+    painter.setPen(QPen(theme.text.tertiary, 1.25));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(sheet, 4, 4);
     painter.setPen(QPen(theme.accent, 1.5, Qt::SolidLine, Qt::RoundCap));
@@ -76,6 +76,7 @@ void RowPainter::paint(QPainter& painter, const QRectF& row, const RowContent& c
         painter.setBrush(state.isSelected ? theme.selection : theme.hover);
         painter.drawRoundedRect(row, layout::rowRadius, layout::rowRadius);
     }
+    const auto& colors = state.isSelected ? theme.selectedText : theme.text;
     const auto icon = iconBox(row);
     paintIcon(painter, icon.adjusted(0, 6, 0, -6), content, theme);
 
@@ -99,11 +100,11 @@ void RowPainter::paint(QPainter& painter, const QRectF& row, const RowContent& c
         top += line.height + spacing;
         return area;
     };
-    paintFirstLine(painter, next(first), content, theme);
+    paintFirstLine(painter, next(first), content, colors);
     if (second.isShown)
-        drawElided(painter, next(second), keywordFont_, theme.secondary, qString(content.detail));
+        drawElided(painter, next(second), keywordFont_, colors.secondary, qString(content.detail));
     if (third.isShown)
-        drawElided(painter, next(third), rankingFont_, theme.ranking, qString(content.ranking));
+        drawElided(painter, next(third), rankingFont_, colors.ranking, qString(content.ranking));
 }
 
 void RowPainter::paintIcon(QPainter& painter, const QRectF& box, const RowContent& content,
@@ -111,33 +112,33 @@ void RowPainter::paintIcon(QPainter& painter, const QRectF& box, const RowConten
     if (content.iconKind == RowContent::Icon::snippet)
         drawSnippetIcon(painter, box, theme);
     else
-        glyphs_.draw(painter, box, content.icon, layout::iconSize, theme.primary);
+        glyphs_.draw(painter, box, content.icon, layout::iconSize, theme.text.primary);
 }
 
 void RowPainter::paintFirstLine(QPainter& painter, const QRectF& line, const RowContent& content,
-                                const Theme& theme) const {
+                                const TextColors& colors) const {
     auto nameLine = line;
     if (!content.keyword.empty()) {
         const double wanted =
             QFontMetricsF(keywordFont_).horizontalAdvance(qString(content.keyword)) + keywordGap;
         nameLine.setWidth(line.width() - std::min(std::ceil(wanted), line.width() * keywordShare));
     }
-    const double used = paintName(painter, nameLine, content.name, theme);
+    const double used = paintName(painter, nameLine, content.name, colors);
     if (!content.keyword.empty())
-        drawElided(painter, line.adjusted(used + keywordGap, 0, 0, 0), keywordFont_, theme.tertiary,
+        drawElided(painter, line.adjusted(used + keywordGap, 0, 0, 0), keywordFont_, colors.tertiary,
                    qString(content.keyword));
 }
 
 /// \return the width taken.
 double RowPainter::paintName(QPainter& painter, QRectF line, const std::vector<TextRun>& name,
-                             const Theme& theme) const {
+                             const TextColors& colors) const {
     const double start = line.left();
     for (const auto& run : name) {
         const auto& font = run.isEmphasised ? emphasisFont_ : nameFont_;
         const QFontMetricsF metrics(font);
         const auto text = qString(run.text);
         const double width = metrics.horizontalAdvance(text);
-        const auto& color = run.isEmphasised ? theme.emphasis : theme.primary;
+        const auto& color = run.isEmphasised ? colors.emphasis : colors.primary;
         if (width > line.width()) {
             drawElided(painter, line, font, color, text);
             return line.left() - start +

@@ -35,9 +35,9 @@ public:
 private:
     void paintIcon(QPainter& painter, const QRectF& box, const RowContent& content, const Theme& theme);
     double paintName(QPainter& painter, QRectF line, const std::vector<TextRun>& name,
-                     const Theme& theme) const;
+                     const TextColors& colors) const;
     void paintFirstLine(QPainter& painter, const QRectF& line, const RowContent& content,
-                        const Theme& theme) const;
+                        const TextColors& colors) const;
 
     Glyphs& glyphs_;
     QFont nameFont_;

@@ -137,13 +137,13 @@ void SkinToneMenu::paintPanel(QPainter& painter) {
             painter.drawRoundedRect(row, radius - padding, radius - padding);
         }
         glyphs_.draw(painter, QRectF(row.left() + 6, row.top(), 26, row.height()),
-                     skinToneGlyph(skinTones[index].modifier), glyphSize, theme().primary);
+                     skinToneGlyph(skinTones[index].modifier), glyphSize, theme().text.primary);
         painter.setFont(font);
-        painter.setPen(theme().primary);
+        painter.setPen(theme().text.primary);
         painter.drawText(row.adjusted(42, 0, -30, 0), Qt::AlignLeft | Qt::AlignVCenter,
                          QString::fromUtf8(skinTones[index].name.data()));
         if (index == current_)
-            drawCheckMark(painter, row, theme().emphasis);
+            drawCheckMark(painter, row, theme().text.emphasis);
     }
 }
 

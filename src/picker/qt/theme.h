@@ -4,24 +4,30 @@
 
 namespace glyma::qt {
 
-/// The picker's colours. Text colours are opaque and readable (contrast of at least 4.5) on the panel, also
-/// on a selected row and whatever shines through the panel.
-struct Theme {
-    bool isDark = false;
-    QColor panel;       ///< translucent
-    QColor opaquePanel; ///< where nothing can shine through
-    QColor stroke;      ///< the outline
-    QColor separator;   ///< between header and list
+struct TextColors {
     QColor primary;
     QColor secondary;
     QColor tertiary;
+    QColor emphasis; ///< matched characters
+    QColor ranking;
+};
+
+/// The picker's colours. Text colours are opaque and readable (contrast of at least 4.5) on their ground,
+/// whatever shines through the panel.
+struct Theme {
+    bool isDark = false;
+    QColor panel;        ///< slightly translucent
+    QColor blurredPanel; ///< more so, where what lies behind is blurred
+    QColor opaquePanel;  ///< where nothing can shine through
+    QColor stroke;       ///< the outline
+    QColor separator;    ///< between header and list
     QColor accent;
     QColor selection; ///< the accent at opacity 0.3
-    QColor emphasis;  ///< matched characters
     QColor hover;
     QColor scrollBar;
-    QColor ranking;
     double shadowStrength = 0;
+    TextColors text;
+    TextColors selectedText; ///< on a selected row
 };
 
 /// \param systemAccent  the desktop's accent colour; a dull one (or none) is replaced by the program's own.

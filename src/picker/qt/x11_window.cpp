@@ -36,6 +36,19 @@ xcb_atom_t atom(xcb_connection_t* connection, const char* name) {
     return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
+/// A compositor that blurs says so by having the hint's name among the root window's properties.
+bool rootOffersBlur(xcb_connection_t* connection) {
+    const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    const ReplyPointer<xcb_list_properties_reply_t> reply(
+        xcb_list_properties_reply(connection, xcb_list_properties(connection, root), nullptr));
+    if (!reply)
+        return false;
+    const std::span properties(xcb_list_properties_atoms(reply.get()),
+                               static_cast<std::size_t>(xcb_list_properties_atoms_length(reply.get())));
+    return std::ranges::find(properties, atom(connection, "_KDE_NET_WM_BLUR_BEHIND_REGION")) !=
+           properties.end();
+}
+
 void setCardinals(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property,
                   std::span<const std::uint32_t> values) {
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_CARDINAL, 32,
@@ -117,7 +130,11 @@ void CompositorWatch::update() {
     const ReplyPointer<xcb_get_selection_owner_reply_t> reply(
         xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, selection_), nullptr));
     const bool isRunning = reply && reply->owner != XCB_NONE;
-    if (std::exchange(isRunning_, isRunning) != isRunning)
+    const bool canBlur = isRunning && rootOffersBlur(x);
+    const bool differs = isRunning != isRunning_ || canBlur != canBlur_;
+    isRunning_ = isRunning;
+    canBlur_ = canBlur;
+    if (differs)
         changed.emit();
 }
 

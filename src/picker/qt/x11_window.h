@@ -22,6 +22,8 @@ public:
     CompositorWatch& operator=(const CompositorWatch&) = delete;
 
     bool isRunning() const { return isRunning_; }
+    /// Whether it also blurs what lies behind a window that asks for it.
+    bool canBlur() const { return canBlur_; }
 
     Signal<> changed;
 
@@ -34,6 +36,7 @@ private:
     std::uint32_t selection_ = 0;
     int firstEvent_ = -1;
     bool isRunning_ = false;
+    bool canBlur_ = false;
 };
 
 /// A rounded rectangle as horizontal strips, top to bottom, in the rectangle's unit.
