@@ -15,15 +15,16 @@ constexpr auto failure() {
 } // namespace
 
 TextElement::TextElement(AtspiAccessible* accessible, const Toolkit& toolkit, Conversation& conversation,
-                         ActiveWindow& activeWindow)
+                         WindowOrigin windowOrigin)
     : accessible_(accessible)
     , toolkit_(toolkit)
     , ask_(conversation)
-    , activeWindow_(activeWindow) {
+    , windowOrigin_(std::move(windowOrigin)) {
     const auto plain = [](AtspiAccessible* object, GError**) {
         return atspi_accessible_get_text_iface(object);
     };
-    text_.reset(ask_.ask(plain, accessible_).value_or(nullptr));
+    if (accessible_)
+        text_.reset(ask_.ask(plain, accessible_).value_or(nullptr));
 }
 
 bool TextElement::isEditable() {
@@ -135,11 +136,11 @@ std::optional<Rect> TextElement::onScreen(AtspiRect* rectangle) {
     Rect result{static_cast<double>(owned->x), static_cast<double>(owned->y),
                 static_cast<double>(owned->width), static_cast<double>(owned->height)};
     if (!toolkit_.knowsScreenCoordinates) {
-        const auto window = activeWindow_.read();
-        if (!window)
+        const auto origin = windowOrigin_();
+        if (!origin)
             return std::nullopt;
-        result.x += window->frame.x;
-        result.y += window->frame.y;
+        result.x += origin->x;
+        result.y += origin->y;
     }
     return result;
 }
@@ -150,8 +151,10 @@ std::optional<Rect> TextElement::characterRect(int offset) {
 }
 
 std::optional<Rect> TextElement::spanRect(Span span) {
-    if (span.end - span.begin <= 1)
-        return characterRect(span.begin);
+    if (span.end - span.begin <= 1) {
+        const auto rect = characterRect(span.begin);
+        return rect ? rect : characterRect(span.begin); // Firefox: see extents
+    }
     return onScreen(ask_.ask(atspi_text_get_range_extents, text_.get(), span.begin, span.end, coordinates())
                         .value_or(nullptr));
 }
