@@ -21,8 +21,8 @@
 
 namespace glyma {
 
-/// Handle of a search whose second phase is still to come. Destroying it does not cancel; a cancelled search never
-/// delivers. Main thread.
+/// Handle of a search whose second phase is still to come. Destroying it does not cancel; a cancelled search
+/// never delivers. Main thread.
 class SearchTask {
 public:
     virtual ~SearchTask() = default;
@@ -41,9 +41,9 @@ struct CatalogueServices {
     FontCoverage& fonts;
 };
 
-/// The one owner of the character catalogue: the in-memory index that the first search phase reads, the learned
-/// usage, the random pools and the store behind them. Main thread, but for the store query of the second phase and
-/// the import, which run on background threads with connections of their own.
+/// The one owner of the character catalogue: the in-memory index that the first search phase reads, the
+/// learned usage, the random pools and the store behind them. Main thread, but for the store query of the
+/// second phase and the import, which run on background threads with connections of their own.
 class UnicodeDataManager {
 public:
     using OnResults = std::function<void(std::vector<PickerItem> items, bool isFinal)>;
@@ -73,10 +73,9 @@ public:
     std::vector<EmojiEntry> allKeywordedCharacters() const;
 
     // Search
-    /// Ranks the catalogue against the text after the trigger. Delivers once before it returns; when that delivery is
-    /// not final, delivers again, final, unless cancelled.
-    /// \param query  as typed, UTF-8.
-    /// \return the second phase, or null when there is none.
+    /// Ranks the catalogue against the text after the trigger. Delivers once before it returns; when that
+    /// delivery is not final, delivers again, final, unless cancelled. \param query  as typed, UTF-8. \return
+    /// the second phase, or null when there is none.
     std::shared_ptr<SearchTask> search(const std::string& query, OnResults onResults);
 
     // Learning

@@ -117,6 +117,21 @@ Store::Result<Store> Store::open(const std::filesystem::path& file) {
     }
 }
 
+std::filesystem::path Store::damageMark(const std::filesystem::path& file) {
+    return file.string() + "-damage";
+}
+
+bool Store::isUnusable(const std::filesystem::path& file) {
+    try {
+        openStoreConnection(file);
+        return false;
+    } catch (const UnusableStore&) {
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
 Store::Store(std::unique_ptr<Implementation> implementation)
     : implementation_(std::move(implementation)) {}
 Store::Store(Store&&) noexcept = default;

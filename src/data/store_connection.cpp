@@ -2,6 +2,7 @@
 
 #include "data/json_date.h"
 
+#include <fstream>
 #include <stdexcept>
 
 namespace glyma {
@@ -12,6 +13,14 @@ constexpr int busyTimeoutMilliseconds = 5000;
 
 } // namespace
 
+bool isDamage(const std::exception& error) {
+    const auto* const reported = dynamic_cast<const SQLite::Exception*>(&error);
+    if (reported == nullptr)
+        return false;
+    const auto code = reported->getErrorCode() & 0xFF;
+    return code == SQLITE_CORRUPT || code == SQLITE_NOTADB;
+}
+
 StoreConnection::StoreConnection(std::filesystem::path file, int flags)
     : file_(std::move(file))
     , database_(file_.string(), flags, busyTimeoutMilliseconds) {}
@@ -21,6 +30,11 @@ SQLite::Statement& StoreConnection::prepared(std::string_view sql) {
     if (found == statements_.end())
         found = statements_.emplace(sql, SQLite::Statement(database_, std::string(sql))).first;
     return found->second;
+}
+
+void StoreConnection::noteDamage(const std::exception& error) const {
+    if (isDamage(error))
+        std::ofstream(Store::damageMark(file_)) << error.what() << '\n';
 }
 
 StoreQuery::~StoreQuery() {

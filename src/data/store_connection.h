@@ -11,6 +11,9 @@
 
 namespace glyma {
 
+/// Whether SQLite says that the database file itself is damaged.
+bool isDamage(const std::exception& error);
+
 /// One connection with its settings and the statements it has prepared. Throws as SQLiteCpp does; attempt()
 /// is where exceptions end.
 class StoreConnection {
@@ -39,11 +42,14 @@ public:
                 return work();
             }
         } catch (const std::exception& error) {
+            noteDamage(error);
             return std::unexpected(file_.string() + ": " + error.what());
         }
     }
 
 private:
+    void noteDamage(const std::exception& error) const;
+
     std::filesystem::path file_;
     SQLite::Database database_;
     std::unordered_map<std::string_view, SQLite::Statement> statements_;

@@ -4,8 +4,6 @@
 
 #include <array>
 #include <fstream>
-#include <set>
-#include <stdexcept>
 
 namespace glyma {
 
@@ -79,6 +77,9 @@ constexpr std::array<const char*, 4> columnChecks{
     "SELECT name, value FROM StoreNote LIMIT 1",
 };
 
+// What the user typed is in it.
+constexpr auto ownerOnly = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
+
 enum class Kind { absent, empty, database };
 
 /// Without SQLite, which would write to some of the files that it then finds unusable.
@@ -88,7 +89,9 @@ Kind look(const std::filesystem::path& file) {
     if (!std::filesystem::exists(file, error))
         return Kind::absent;
     if (!std::filesystem::is_regular_file(file, error))
-        throw std::runtime_error("not a regular file");
+        throw UnusableStore("not a regular file");
+    if (std::filesystem::exists(Store::damageMark(file), error))
+        throw UnusableStore("was found damaged while it was in use");
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
         throw std::runtime_error("cannot be read");
@@ -98,7 +101,7 @@ Kind look(const std::filesystem::path& file) {
         return Kind::empty;
     if (stream.gcount() < static_cast<std::streamsize>(header.size()) ||
         !std::string_view(header.data(), 16).starts_with(magic))
-        throw std::runtime_error("file is not a database");
+        throw UnusableStore("file is not a database");
     return Kind::database;
 }
 
@@ -119,14 +122,18 @@ void create(StoreConnection& connection) {
     scope.commit();
 }
 
+/// A table, column or index that a check names is not there.
+bool isSchemaFault(const SQLite::Exception& error) {
+    return error.getErrorCode() == SQLITE_ERROR;
+}
+
 void check(StoreConnection& connection) {
     if (single(connection, "PRAGMA application_id") != applicationId)
-        throw std::runtime_error("a database of another program");
+        throw UnusableStore("a database of another program");
     const auto version = single(connection, "PRAGMA user_version");
     if (version != schemaVersion)
-        throw std::runtime_error(fmt::format("a store of schema version {}.{}.{}, not {}", version / 10000,
-                                             version / 100 % 100, version % 100,
-                                             Store::currentSchemaVersion));
+        throw UnusableStore(fmt::format("a store of schema version {}.{}.{}, not {}", version / 10000,
+                                        version / 100 % 100, version % 100, Store::currentSchemaVersion));
     for (const auto* sql : columnChecks)
         SQLite::Statement(connection.database(), sql).executeStep();
 }
@@ -135,14 +142,22 @@ void check(StoreConnection& connection) {
 
 std::unique_ptr<StoreConnection> openStoreConnection(const std::filesystem::path& file) {
     const auto kind = look(file);
-    auto connection = std::make_unique<StoreConnection>(file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE |
-                                                                  SQLite::OPEN_NOMUTEX);
-    if (kind != Kind::database || single(*connection, "SELECT count(*) FROM sqlite_master") == 0)
-        create(*connection);
-    check(*connection);
-    // With a write-ahead log this can lose the last changes when power fails, never the store.
-    connection->execute("PRAGMA synchronous = NORMAL");
-    return connection;
+    try {
+        auto connection = std::make_unique<StoreConnection>(
+            file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX);
+        if (kind == Kind::absent)
+            std::filesystem::permissions(file, ownerOnly);
+        if (kind != Kind::database || single(*connection, "SELECT count(*) FROM sqlite_master") == 0)
+            create(*connection);
+        check(*connection);
+        // With a write-ahead log this can lose the last changes when power fails, never the store.
+        connection->execute("PRAGMA synchronous = NORMAL");
+        return connection;
+    } catch (const SQLite::Exception& error) {
+        if (isDamage(error) || isSchemaFault(error))
+            throw UnusableStore(error.what());
+        throw;
+    }
 }
 
 void createCharacterIndexes(StoreConnection& connection) {

@@ -3,8 +3,15 @@
 #include "data/store_connection.h"
 
 #include <memory>
+#include <stdexcept>
 
 namespace glyma {
+
+/// The file itself is at fault that it cannot be used: it is no store, damaged or of another version.
+class UnusableStore : public std::runtime_error {
+public:
+    using runtime_error::runtime_error;
+};
 
 /// Opens the file and makes sure that it is a store of the current version, creating the tables in a new or
 /// empty one. Throws std::exception with the reason; an existing file is then unchanged.

@@ -9,7 +9,7 @@ namespace glyma {
 /// Everything the clipboard held, to be put back: (type, data) in the owner's order.
 using ClipboardSnapshot = std::vector<std::pair<std::string, std::string>>;
 
-/// The general clipboard. Main thread.
+/// The general clipboard, or another one like it. Main thread.
 class Clipboard {
 public:
     virtual ~Clipboard() = default;
@@ -19,7 +19,8 @@ public:
     /// Replaces the contents by a text (UTF-8) that is there for a moment only, marked so that clipboard
     /// managers do not keep it.
     virtual void setTransientText(const std::string& text) = 0;
-    /// Replaces the contents by what was saved; an empty snapshot leaves an empty clipboard.
+    /// Replaces our transient text by what was saved (an empty snapshot leaves an empty clipboard). Does nothing
+    /// when somebody else has put something there since.
     virtual void restore(const ClipboardSnapshot& snapshot) = 0;
 };
 

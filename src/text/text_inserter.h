@@ -8,14 +8,16 @@
 #include "platform/screens.h"
 #include "preferences/log.h"
 #include "preferences/user_preferences.h"
+#include "text/accessible_insertion.h"
+#include "text/clipboard_loan.h"
+#include "text/delayed_jobs.h"
 
-#include <sys/types.h>
-
-#include <atomic>
 #include <cstddef>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <sys/types.h>
 
 namespace glyma {
 
@@ -29,11 +31,13 @@ struct TextServices {
     Bell& bell;
     const UserPreferences& preferences;
     Log& log;
+    /// What Shift+Insert pastes in terminals; null where the desktop has nothing like it.
+    Clipboard* primarySelection = nullptr;
 };
 
-/// Reads and changes the text of other applications through one element: the one that had the focus when the trigger
-/// was typed. Finding and caching it may be called from the tap thread as well as the main thread; everything else
-/// belongs to the main thread.
+/// Reads and changes the text of other applications through one element: the one that had the focus when the
+/// trigger was typed. Finding and caching it may be called from the tap thread as well as the main thread;
+/// everything else belongs to the main thread.
 class TextInserter {
 public:
     explicit TextInserter(TextServices services);
@@ -53,25 +57,39 @@ public:
     std::optional<Rect> caretBounds() const;
     /// Not empty when present.
     std::optional<std::string> selectedText() const;
-    /// Host of the page that the cached element belongs to, without "www."; empty when the page has none; absent when
-    /// the element is not inside web content.
+    /// Host of the page that the cached element belongs to, without "www."; empty when the page has none;
+    /// absent when the element is not inside web content.
     std::optional<std::string> pageHost() const;
 
     // Insertion
     /// Replaces the `deleteCharsBefore` characters before the caret by the text, 0.05 s from now.
     /// \param expected  what is about to be deleted, when it is known exactly.
-    void insert(const std::string& text, std::ptrdiff_t deleteCharsBefore, const std::optional<std::string>& expected);
+    void insert(const std::string& text, std::ptrdiff_t deleteCharsBefore,
+                const std::optional<std::string>& expected);
 
 private:
-    struct Insertion;
+    Accessibility::Result<ElementReference> elementAttribute(const ElementReference& element,
+                                                             std::string_view name) const;
+    ElementReference hitTestElement(const ElementReference& root) const;
+    void cache(ElementReference element, std::string_view logMessage);
+    std::optional<Rect> boundsForParameter(const ElementReference& element, std::string_view name,
+                                           const AttributeValue& parameter) const;
+
     bool insertViaAccessibility(const std::string& text, std::ptrdiff_t deleteCount,
                                 const std::optional<std::string>& expected);
     void insertViaClipboard(const std::string& text, std::ptrdiff_t deleteCount);
+    void pasteOverSelection(const std::string& text);
+    KeyChord pasteChord() const;
+    void borrowClipboards(const KeyChord& chord);
+    void paste(const std::string& text, const KeyChord& chord);
 
     TextServices services_;
     mutable std::mutex mutex_;
     pid_t sourceAppPID_ = 0;
     ElementReference cachedSourceElement_;
+    ClipboardLoan clipboardLoan_;
+    std::optional<ClipboardLoan> primaryLoan_;
+    DelayedJobs jobs_;
 };
 
 } // namespace glyma

@@ -32,6 +32,7 @@ private:
     Callback callback_;
     KeyClaims claims_;
     bool isDisabled_ = false;
+    std::optional<std::uint16_t> consumedKey_; ///< what grabs a key keeps its repeats too, until it is let go
     std::vector<std::string> disagreements_;
 };
 

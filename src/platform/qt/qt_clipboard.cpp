@@ -1,0 +1,63 @@
+#include "platform/qt/qt_clipboard.h"
+
+#include <QGuiApplication>
+
+#include <memory>
+
+namespace glyma::qt {
+
+namespace {
+
+/// By this clipboard managers (Klipper, CopyQ, and others after them) know what not to keep.
+constexpr auto secretHintType = "x-kde-passwordManagerHint";
+constexpr auto secretHint = "secret";
+
+ClipboardSnapshot contentsOf(const QMimeData& data) {
+    ClipboardSnapshot result;
+    for (const auto& format : data.formats())
+        if (const auto bytes = data.data(format); !bytes.isNull())
+            result.emplace_back(format.toStdString(), bytes.toStdString());
+    return result;
+}
+
+} // namespace
+
+QtClipboard::QtClipboard(QClipboard::Mode mode)
+    : mode_(mode)
+    , reader_(mode == QClipboard::Clipboard ? "CLIPBOARD" : "PRIMARY") {}
+
+bool QtClipboard::owned() const {
+    const auto* clipboard = QGuiApplication::clipboard();
+    return mode_ == QClipboard::Clipboard ? clipboard->ownsClipboard() : clipboard->ownsSelection();
+}
+
+ClipboardSnapshot QtClipboard::snapshot() {
+    if (!owned() && reader_.works() && QGuiApplication::platformName() == "xcb")
+        return reader_.read();
+    const auto* data = QGuiApplication::clipboard()->mimeData(mode_);
+    return data ? contentsOf(*data) : ClipboardSnapshot{};
+}
+
+void QtClipboard::setTransientText(const std::string& text) {
+    auto data = std::make_unique<QMimeData>();
+    data->setText(QString::fromStdString(text));
+    data->setData(secretHintType, secretHint);
+    transient_ = data.get();
+    QGuiApplication::clipboard()->setMimeData(data.release(), mode_);
+}
+
+void QtClipboard::restore(const ClipboardSnapshot& snapshot) {
+    const bool replacedMeanwhile = !transient_ || !owned();
+    transient_.clear();
+    if (replacedMeanwhile)
+        return;
+    auto data = std::make_unique<QMimeData>();
+    for (const auto& [type, bytes] : snapshot)
+        data->setData(QString::fromStdString(type), QByteArray::fromStdString(bytes));
+    if (snapshot.empty())
+        QGuiApplication::clipboard()->clear(mode_);
+    else
+        QGuiApplication::clipboard()->setMimeData(data.release(), mode_);
+}
+
+} // namespace glyma::qt

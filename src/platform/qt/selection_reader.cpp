@@ -1,0 +1,197 @@
+#include "platform/qt/selection_reader.h"
+
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <poll.h>
+#include <string_view>
+#include <vector>
+
+namespace glyma::qt {
+
+namespace {
+
+using SteadyClock = std::chrono::steady_clock;
+
+struct FreeDeleter {
+    void operator()(void* memory) const { std::free(memory); }
+};
+template<typename T>
+using Owned = std::unique_ptr<T, FreeDeleter>;
+
+/// Targets that are requests to the owner or facts about the transfer, not contents.
+constexpr std::array<std::string_view, 7> notContents = {
+    "TARGETS", "MULTIPLE", "TIMESTAMP", "SAVE_TARGETS", "DELETE", "INSERT_SELECTION", "INSERT_PROPERTY"};
+
+/// Thirty-two bit words of property data read at once.
+constexpr std::uint32_t chunkWords = 1U << 20U;
+
+struct Property {
+    std::string data;
+    xcb_atom_t type = XCB_ATOM_NONE;
+};
+
+} // namespace
+
+struct SelectionReader::Connection {
+    xcb_connection_t* xcb = nullptr;
+    xcb_window_t window = XCB_NONE;
+    xcb_atom_t selection = XCB_ATOM_NONE;
+    xcb_atom_t property = XCB_ATOM_NONE;
+    xcb_atom_t targets = XCB_ATOM_NONE;
+    xcb_atom_t incremental = XCB_ATOM_NONE;
+    SteadyClock::time_point end;
+
+    explicit Connection(const std::string& selectionName);
+    ~Connection() { xcb_disconnect(xcb); }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    xcb_atom_t atom(std::string_view name);
+    std::string name(xcb_atom_t atom);
+    Property takeProperty();
+    std::optional<std::string> convert(xcb_atom_t target, bool& ownerIsSilent);
+    std::optional<std::string> readIncrements();
+    template<typename Accept>
+    Owned<xcb_generic_event_t> waitFor(Accept accept);
+};
+
+SelectionReader::Connection::Connection(const std::string& selectionName)
+    : xcb(xcb_connect(nullptr, nullptr)) {
+    if (xcb_connection_has_error(xcb))
+        return;
+    const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(xcb)).data;
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    window = xcb_generate_id(xcb);
+    xcb_create_window(xcb, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    selection = atom(selectionName);
+    property = atom("GLYMA_TRANSFER");
+    targets = atom("TARGETS");
+    incremental = atom("INCR");
+}
+
+xcb_atom_t SelectionReader::Connection::atom(std::string_view text) {
+    const auto cookie = xcb_intern_atom(xcb, 0, static_cast<std::uint16_t>(text.size()), text.data());
+    const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(xcb, cookie, nullptr));
+    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+std::string SelectionReader::Connection::name(xcb_atom_t value) {
+    const Owned<xcb_get_atom_name_reply_t> reply(
+        xcb_get_atom_name_reply(xcb, xcb_get_atom_name(xcb, value), nullptr));
+    if (!reply)
+        return {};
+    return {xcb_get_atom_name_name(reply.get()),
+            static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get()))};
+}
+
+/// Reads and deletes the transfer property; deleting it is what tells the owner to go on.
+Property SelectionReader::Connection::takeProperty() {
+    Property result;
+    for (std::uint32_t offset = 0;; offset += chunkWords) {
+        const auto cookie =
+            xcb_get_property(xcb, 1, window, property, XCB_GET_PROPERTY_TYPE_ANY, offset, chunkWords);
+        const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb, cookie, nullptr));
+        if (!reply)
+            return result;
+        result.type = reply->type;
+        result.data.append(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                           static_cast<std::size_t>(xcb_get_property_value_length(reply.get())));
+        // The server deletes the property only with the piece that reaches its end.
+        if (reply->bytes_after == 0)
+            return result;
+    }
+}
+
+/// The next accepted event, or null when none came within the silence or the total allowed.
+template<typename Accept>
+Owned<xcb_generic_event_t> SelectionReader::Connection::waitFor(Accept accept) {
+    const auto deadline = std::min(SteadyClock::now() + silenceAllowed, end);
+    xcb_flush(xcb);
+    for (;;) {
+        while (Owned<xcb_generic_event_t> event{xcb_poll_for_event(xcb)})
+            if (accept(*event))
+                return event;
+        const auto left = std::chrono::ceil<Milliseconds>(deadline - SteadyClock::now());
+        if (left.count() <= 0 || xcb_connection_has_error(xcb))
+            return nullptr;
+        pollfd descriptor{xcb_get_file_descriptor(xcb), POLLIN, 0};
+        poll(&descriptor, 1, static_cast<int>(left.count()));
+    }
+}
+
+std::optional<std::string> SelectionReader::Connection::convert(xcb_atom_t target, bool& ownerIsSilent) {
+    xcb_delete_property(xcb, window, property);
+    xcb_convert_selection(xcb, window, selection, target, property, XCB_CURRENT_TIME);
+    const auto event = waitFor([&](const xcb_generic_event_t& candidate) {
+        // Late answers to a request that was given up carry another target.
+        return (candidate.response_type & 0x7F) == XCB_SELECTION_NOTIFY &&
+               reinterpret_cast<const xcb_selection_notify_event_t&>(candidate).target == target;
+    });
+    ownerIsSilent = !event;
+    if (!event || reinterpret_cast<const xcb_selection_notify_event_t&>(*event).property == XCB_ATOM_NONE)
+        return std::nullopt;
+    auto content = takeProperty();
+    if (content.type == incremental)
+        return readIncrements();
+    return std::move(content.data);
+}
+
+/// The pieces of a value too large for one property, up to the empty piece that ends it.
+std::optional<std::string> SelectionReader::Connection::readIncrements() {
+    std::string result;
+    for (;;) {
+        const auto event = waitFor([&](const xcb_generic_event_t& candidate) {
+            const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(candidate);
+            return (candidate.response_type & 0x7F) == XCB_PROPERTY_NOTIFY && change.atom == property &&
+                   change.state == XCB_PROPERTY_NEW_VALUE;
+        });
+        if (!event)
+            return std::nullopt;
+        const auto piece = takeProperty();
+        if (piece.data.empty())
+            return result;
+        result += piece.data;
+    }
+}
+
+SelectionReader::SelectionReader(std::string selection)
+    : selection_(std::move(selection))
+    , connection_(std::make_unique<Connection>(selection_)) {}
+
+SelectionReader::~SelectionReader() = default;
+
+bool SelectionReader::works() const {
+    return !xcb_connection_has_error(connection_->xcb);
+}
+
+ClipboardSnapshot SelectionReader::read() {
+    auto& connection = *connection_;
+    connection.end = SteadyClock::now() + totalAllowed;
+    bool ownerIsSilent = false;
+    const auto list = connection.convert(connection.targets, ownerIsSilent);
+    if (!list)
+        return {};
+    std::vector<xcb_atom_t> targets(list->size() / sizeof(xcb_atom_t));
+    std::memcpy(targets.data(), list->data(), targets.size() * sizeof(xcb_atom_t));
+
+    ClipboardSnapshot result;
+    for (const auto target : targets) {
+        auto name = connection.name(target);
+        if (name.empty() || std::ranges::count(notContents, name) > 0)
+            continue;
+        if (auto data = connection.convert(target, ownerIsSilent))
+            result.emplace_back(std::move(name), std::move(*data));
+        if (ownerIsSilent)
+            break;
+    }
+    return result;
+}
+
+} // namespace glyma::qt

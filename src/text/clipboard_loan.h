@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/clipboard.h"
+#include "platform/scheduler.h"
+
+#include <optional>
+#include <string>
+
+namespace glyma {
+
+/// The use of a clipboard for a text that is pasted: what it held is given back on every way out, the
+/// destruction of the loan included. Borrowing again before that keeps what was saved first, unless somebody
+/// else has put something on the clipboard in between. Main thread.
+class ClipboardLoan {
+public:
+    ClipboardLoan(Clipboard& clipboard, Scheduler& scheduler);
+    ~ClipboardLoan();
+    ClipboardLoan(const ClipboardLoan&) = delete;
+    ClipboardLoan& operator=(const ClipboardLoan&) = delete;
+
+    /// Saves what the clipboard holds; what is lent now stays there until it is lent again.
+    void borrow();
+    /// Puts the text there until the delay is over. Borrows, where nothing is borrowed yet.
+    void lend(const std::string& text, Milliseconds delay);
+    void giveBack();
+
+private:
+    bool holdsOurText(const ClipboardSnapshot& contents) const;
+
+    Clipboard& clipboard_;
+    Scheduler& scheduler_;
+    std::optional<ClipboardSnapshot> saved_;
+    /// What we have put on the clipboard and not yet taken off.
+    std::optional<std::string> lent_;
+    Subscription giveBackLater_;
+};
+
+} // namespace glyma

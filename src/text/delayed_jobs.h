@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/scheduler.h"
+
+#include <map>
+#include <utility>
+#include <vector>
+
+namespace glyma {
+
+/// Jobs for later that end with their owner. Main thread.
+class DelayedJobs {
+public:
+    explicit DelayedJobs(Scheduler& scheduler)
+        : scheduler_(scheduler) {}
+
+    void after(Milliseconds delay, std::function<void()> job) {
+        for (const auto id : std::exchange(finished_, {}))
+            waiting_.erase(id);
+        const auto id = next_++;
+        waiting_[id] = scheduler_.after(delay, [this, id, job = std::move(job)] {
+            // Erased only later: the subscription must outlive the job that runs on it.
+            finished_.push_back(id);
+            job();
+        });
+    }
+
+private:
+    Scheduler& scheduler_;
+    std::map<unsigned long, Subscription> waiting_;
+    std::vector<unsigned long> finished_;
+    unsigned long next_ = 0;
+};
+
+} // namespace glyma
