@@ -32,7 +32,8 @@ std::string_view roleOf(AtspiAccessible* object, Conversation& ask) {
         return atspi_accessible_get_state_set(element);
     };
     const Object<AtspiStateSet> set(ask.ask(states, object).value_or(nullptr));
-    return portRole(role, !set || !atspi_state_set_contains(set.get(), ATSPI_STATE_SINGLE_LINE));
+    const auto has = [&](AtspiStateType state) { return set && atspi_state_set_contains(set.get(), state); };
+    return portRole(role, has(ATSPI_STATE_EDITABLE), !has(ATSPI_STATE_SINGLE_LINE));
 }
 
 Accessibility::Result<AttributeValue> documentAddress(AtspiAccessible* object, Conversation& ask) {
@@ -213,6 +214,8 @@ Accessibility::Result<void> AtspiAccessibility::setAttributeValue(const ElementR
                              const auto* range = std::get_if<TextRange>(&value);
                              const auto* string = std::get_if<std::string>(&value);
                              if (range && name == attribute::selectedTextRange) {
+                                 element.refusedSelection =
+                                     true; // also when nobody waits for the outcome any more
                                  const auto selected = text.select(*range);
                                  element.refusedSelection = !selected;
                                  return selected;

@@ -10,6 +10,21 @@ namespace {
 constexpr std::chrono::seconds unresponsiveFor{2};
 constexpr std::chrono::seconds statusWait{2};
 
+/// atspi_init always connects the bus to the default event loop, which is Qt's; it can be moved only
+/// afterwards. Until then nobody else may run that loop.
+bool connectLibrary(GMainContext* context) {
+    const bool held = g_main_context_acquire(nullptr);
+    const int result = atspi_init();
+    const bool connected = result == 0 || result == 1; // 1: was connected before
+    if (connected) {
+        atspi_set_main_context(context);
+        atspi_set_timeout(static_cast<gint>(Conversation::callTimeout.count()), 0);
+    }
+    if (held)
+        g_main_context_release(nullptr);
+    return connected;
+}
+
 } // namespace
 
 AtspiAccessibility::Element::Element(Object<AtspiAccessible> accessible, pid_t elementProcess,
@@ -42,15 +57,11 @@ void AtspiAccessibility::Session::connect(const Options& options) {
     g_log_set_handler(
         "dbind", G_LOG_LEVEL_WARNING, [](auto...) {}, nullptr);
     auto status = busStatus(options.enableBus);
-    if (status.answers) {
-        atspi_set_main_context(worker_.context());
-        if (const int result = atspi_init(); result != 0 && result != 1) {
-            status.answers = false;
-            status.error = "the accessibility bus does not accept connections";
-        }
+    if (status.answers && !connectLibrary(worker_.context())) {
+        status.answers = false;
+        status.error = "the accessibility bus does not accept connections";
     }
     if (status.answers) {
-        atspi_set_timeout(static_cast<gint>(Conversation::callTimeout.count()), 0);
         activeWindow_.emplace();
         tracker_.emplace();
         trackerReady_ = true;

@@ -3,10 +3,15 @@
 #include <algorithm>
 #include <cstdint>
 #include <dbus/dbus.h>
+#include <thread>
 
 namespace glyma::atspi {
 
 namespace {
+
+/// How long a selection may take to show, well below what our callers wait.
+constexpr Milliseconds selectionWait{80};
+constexpr Milliseconds selectionPoll{2};
 
 constexpr auto failure() {
     return std::unexpected(AccessibilityError::failed);
@@ -220,11 +225,27 @@ bool TextElement::requestSelection(Span span) {
     return true;
 }
 
+/// Firefox answers before the page has taken the selection over.
+bool TextElement::waitForSelection(Span span) {
+    for (Milliseconds waited{0};; waited += selectionPoll) {
+        if (selection() == span)
+            return true;
+        if (waited >= selectionWait || ask_.isOver())
+            return false;
+        std::this_thread::sleep_for(selectionPoll);
+    }
+}
+
 TextElement::Result<void> TextElement::select(TextRange range) {
     const auto span = toToolkit(range);
-    if (!span || !requestSelection(*span) || selection() != span)
+    const auto before = selection();
+    if (!span || !before)
         return failure();
-    return {};
+    if (requestSelection(*span) && waitForSelection(*span))
+        return {};
+    // It must not be made later, when the caller has gone on without it.
+    requestSelection(*before);
+    return failure();
 }
 
 TextElement::Result<void> TextElement::replaceSelection(const std::string& text) {

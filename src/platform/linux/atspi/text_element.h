@@ -60,6 +60,7 @@ private:
     std::optional<std::ptrdiff_t> fromToolkit(int offset);
     std::optional<Span> toToolkit(TextRange range);
     bool requestSelection(Span span);
+    bool waitForSelection(Span span);
     void sendAddSelection(Span span);
     std::optional<Rect> characterRect(int offset);
     std::optional<Rect> spanRect(Span span);
