@@ -20,11 +20,12 @@ struct ImportSummary {
     bool operator==(const ImportSummary&) const = default;
 };
 
-/// Builds the catalogue from the reference files: parses them, drops what no installed font can draw, decides what
-/// starts switched on and writes it all to the store. Blocking; any one thread.
-/// \param progress  told the text of each of the nine phases as it begins.
-/// \param restore   run in the last phase ("Restoring user data").
-/// \return the figures, or why it was aborted. What was saved before an abort stays in the store.
+/// Builds the catalogue from the reference files: parses them, drops what no installed font can draw, decides
+/// what starts switched on and writes it all to the store. Blocking; any one thread. \param progress  told
+/// the text of each of the nine phases as it begins. \param restore   run in the last phase ("Restoring user
+/// data"). \return the figures, or why it was aborted. An import is written whole or not at all; a store that
+/// another process
+///         fills meanwhile is taken as it is.
 struct ImportPipeline {
     const ResourceLocator& resources;
     FontCoverage& fonts;

@@ -29,11 +29,12 @@ struct CharacterRow {
     std::optional<Timestamp> lastUsed;
 };
 
-/// The persistent catalogue and what the user taught it: an SQLite file in WAL mode with the tables `UnicodeChar`,
-/// `UnicodeBlock` and `TermSelection`, whose columns are named as the records' fields, plus columns of its own:
-/// the folded texts (folding at load would cost more than the load) and the place in name order.
-/// Each instance is one connection and is used from one thread at a time; several may be open on a file.
-/// Errors carry SQLite's words. A call that fails changes nothing.
+/// The persistent catalogue and what the user taught it: an SQLite file in WAL mode with the tables
+/// `UnicodeChar`, `UnicodeBlock` and `TermSelection`, whose columns are named as the records' fields, plus
+/// columns of its own: the folded texts (folding at load would cost more than the load) and the place in name
+/// order. Each instance is one connection and is used from one thread at a time; several may be open on a
+/// file. Errors carry SQLite's words. A call that fails changes nothing. A call that meets damage in the file
+/// leaves a mark beside it, and the next open() fails. Visitors must not call the store that they visit.
 class Store {
 public:
     template<typename Value>
@@ -43,9 +44,14 @@ public:
     /// What schemaVersion() of a store written by this program says.
     static constexpr std::string_view currentSchemaVersion = "1.0.0";
 
-    /// Opens the file, creating it and its tables when it is absent. Fails on a file that is no database, is damaged
-    /// or has another schema version; the file is left as it is.
+    /// Opens the file, creating it and its tables when it is absent. Fails on a file that is no database, is
+    /// damaged or has another schema version; the file is left as it is.
     static Result<Store> open(const std::filesystem::path& file);
+    /// Whether the file itself is the reason why it cannot be opened (and not its permissions, a full disk,
+    /// ...).
+    static bool isUnusable(const std::filesystem::path& file);
+    /// The file beside a store that is there once damage was met in it.
+    static std::filesystem::path damageMark(const std::filesystem::path& file);
 
     Store(Store&&) noexcept;
     Store& operator=(Store&&) noexcept;
@@ -78,8 +84,10 @@ public:
     Result<void> insertBlocks(std::span<const UnicodeBlock> blocks);
     Result<void> insertTermSelections(std::span<const TermSelection> selections);
     /// Usage of one character and one learned term, in one transaction; either may be absent.
-    Result<void> recordUse(const std::optional<UnicodeChar>& character, const std::optional<TermSelection>& selection);
-    Result<void> setUsage(std::string_view character, std::int64_t usageCount, std::optional<Timestamp> lastUsed);
+    Result<void> recordUse(const std::optional<UnicodeChar>& character,
+                           const std::optional<TermSelection>& selection);
+    Result<void> setUsage(std::string_view character, std::int64_t usageCount,
+                          std::optional<Timestamp> lastUsed);
     Result<void> setCharactersEnabled(std::string_view blockName, bool enabled);
     Result<void> setCharacterEnabled(std::string_view character, bool enabled);
     Result<void> setBlockEnabled(std::string_view blockName, bool enabled);

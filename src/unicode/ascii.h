@@ -25,13 +25,31 @@ inline bool isAscii(std::string_view text) {
     return true;
 }
 
+inline constexpr bool isAsciiUpper(char byte) {
+    return byte >= 'A' && byte <= 'Z';
+}
+inline constexpr bool isAsciiLower(char byte) {
+    return byte >= 'a' && byte <= 'z';
+}
 inline constexpr char asciiLower(char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte;
+    return isAsciiUpper(byte) ? static_cast<char>(byte + ('a' - 'A')) : byte;
 }
 
-/// Space, tab, line feed, vertical tab, form feed or carriage return.
-inline constexpr bool isAsciiSpace(char byte) {
-    return byte == ' ' || (byte >= '\t' && byte <= '\r');
+/// Lower case of ASCII text, eight bytes at a time.
+inline void lowerAscii(std::string_view text, char* result) {
+    constexpr std::uint64_t ones = 0x0101010101010101u;
+    std::size_t at = 0;
+    for (; at + 8 <= text.size(); at += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, text.data() + at, sizeof word);
+        // The additions set the high bit of each byte from 'A' on, and from the one after 'Z' on.
+        const auto fromA = word + ones * (0x80 - 'A');
+        const auto pastZ = word + ones * (0x80 - 'Z' - 1);
+        word |= ((fromA & ~pastZ) & (ones * 0x80)) >> 2;
+        std::memcpy(result + at, &word, sizeof word);
+    }
+    for (; at < text.size(); ++at)
+        result[at] = asciiLower(text[at]);
 }
 
 } // namespace glyma::unicode

@@ -9,7 +9,6 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace glyma::unicode {
@@ -21,7 +20,7 @@ icu::StringPiece piece(std::string_view text) {
 
 std::string asciiLowercased(std::string_view text) {
     std::string result(text.size(), '\0');
-    std::ranges::transform(text, result.begin(), asciiLower);
+    lowerAscii(text, result.data());
     return result;
 }
 

@@ -61,6 +61,18 @@ bool isSeparatorOrFormat(char32_t scalar) {
     return (U_GET_GC_MASK(static_cast<UChar32>(scalar)) & (U_GC_Z_MASK | U_GC_CF_MASK)) != 0;
 }
 
+bool isWhiteSpace(char32_t scalar) {
+    return u_isUWhiteSpace(static_cast<UChar32>(scalar));
+}
+
+bool isDecimalDigit(char32_t scalar) {
+    return u_isdigit(static_cast<UChar32>(scalar));
+}
+
+bool isWordScalar(char32_t scalar) {
+    return (U_GET_GC_MASK(static_cast<UChar32>(scalar)) & (U_GC_L_MASK | U_GC_M_MASK | U_GC_N_MASK)) != 0;
+}
+
 std::string withEmojiPresentation(std::string_view text) {
     const auto source = scalars(text);
     if (std::ranges::none_of(source, needsEmojiPresentation))

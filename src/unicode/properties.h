@@ -13,12 +13,18 @@ bool isSkinToneModifier(char32_t scalar);
 bool isRegionalIndicator(char32_t scalar);
 /// Zs, Zl, Zp or Cf.
 bool isSeparatorOrFormat(char32_t scalar);
+bool isWhiteSpace(char32_t scalar);
+/// General category Nd.
+bool isDecimalDigit(char32_t scalar);
+/// A letter, a number or a mark on one.
+bool isWordScalar(char32_t scalar);
 
-/// Gives each scalar that is emoji but not by default drawn as one its U+FE0F, unless U+FE0E, U+FE0F, U+200D or a
-/// skin tone modifier follows it.
+/// Gives each scalar that is emoji but not by default drawn as one its U+FE0F, unless U+FE0E, U+FE0F, U+200D
+/// or a skin tone modifier follows it.
 std::string withEmojiPresentation(std::string_view text);
 
-/// A single skin tone modifier, regional indicator, "#", "*" or ASCII digit: Emoji by property, never on its own.
+/// A single skin tone modifier, regional indicator, "#", "*" or ASCII digit: Emoji by property, never on its
+/// own.
 bool isBareEmojiComponent(std::string_view character);
 /// More than one scalar, or one with the Emoji property that is no bare component.
 bool looksLikeEmoji(std::string_view character);

@@ -15,14 +15,6 @@ namespace {
 constexpr char32_t replacementCharacter = 0xFFFD;
 constexpr char32_t variationSelector16 = 0xFE0F;
 
-/// Decodes the scalar at `position` and moves past it; an ill-formed sequence gives U+FFFD.
-char32_t decode(std::string_view text, std::size_t& position) {
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-    auto scalar = UChar32{};
-    U8_NEXT_OR_FFFD(bytes, position, text.size(), scalar);
-    return static_cast<char32_t>(scalar);
-}
-
 void append(std::string& text, char32_t scalar) {
     if (scalar < 0x80) {
         text.push_back(static_cast<char>(scalar));
@@ -83,11 +75,18 @@ void appendQuoted(std::string& result, char32_t scalar) {
 
 } // namespace
 
+char32_t nextScalar(std::string_view text, std::size_t& offset) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    auto scalar = UChar32{};
+    U8_NEXT_OR_FFFD(bytes, offset, text.size(), scalar);
+    return static_cast<char32_t>(scalar);
+}
+
 std::u32string scalars(std::string_view text) {
     std::u32string result;
     result.reserve(text.size());
     for (std::size_t position = 0; position < text.size();)
-        result.push_back(decode(text, position));
+        result.push_back(nextScalar(text, position));
     return result;
 }
 
@@ -95,7 +94,7 @@ char32_t firstScalar(std::string_view text) {
     if (text.empty())
         return 0;
     std::size_t position = 0;
-    return decode(text, position);
+    return nextScalar(text, position);
 }
 
 std::string fromScalars(std::u32string_view scalars) {
@@ -112,13 +111,26 @@ std::string fromScalar(char32_t scalar) {
     return result;
 }
 
-std::string sanitized(std::string_view text) {
+bool isWellFormed(std::string_view text) {
     if (isAscii(text))
+        return true;
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    for (std::size_t position = 0; position < text.size();) {
+        auto scalar = UChar32{};
+        U8_NEXT(bytes, position, text.size(), scalar);
+        if (scalar < 0)
+            return false;
+    }
+    return true;
+}
+
+std::string sanitized(std::string_view text) {
+    if (isWellFormed(text))
         return std::string(text);
     std::string result;
     result.reserve(text.size());
     for (std::size_t position = 0; position < text.size();)
-        append(result, decode(text, position));
+        append(result, nextScalar(text, position));
     return result;
 }
 
@@ -127,7 +139,7 @@ std::size_t utf16Length(std::string_view text) {
         return text.size();
     std::size_t units = 0;
     for (std::size_t position = 0; position < text.size();)
-        units += unitsOf(decode(text, position));
+        units += unitsOf(nextScalar(text, position));
     return units;
 }
 
@@ -135,7 +147,7 @@ std::size_t utf8Offset(std::string_view text, std::size_t utf16Offset) {
     std::size_t position = 0;
     for (std::size_t units = 0; position < text.size() && units < utf16Offset;) {
         auto next = position;
-        units += unitsOf(decode(text, next));
+        units += unitsOf(nextScalar(text, next));
         if (units > utf16Offset)
             break;
         position = next;
@@ -166,7 +178,7 @@ std::string withStraightQuotes(std::string_view text) {
     std::string result;
     result.reserve(text.size());
     for (std::size_t position = 0; position < text.size();)
-        append(result, straightened(decode(text, position)));
+        append(result, straightened(nextScalar(text, position)));
     return result;
 }
 
@@ -175,7 +187,7 @@ std::string quoted(std::string_view text) {
     result.reserve(text.size() + 2);
     result.push_back('"');
     for (std::size_t position = 0; position < text.size();)
-        appendQuoted(result, decode(text, position));
+        appendQuoted(result, nextScalar(text, position));
     result.push_back('"');
     return result;
 }

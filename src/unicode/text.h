@@ -8,12 +8,15 @@
 /// Text is UTF-8 in std::string everywhere; ill-formed bytes count as U+FFFD. All functions: any thread.
 namespace glyma::unicode {
 
+/// The scalar at a UTF-8 offset before the end; the offset moves past it.
+char32_t nextScalar(std::string_view text, std::size_t& offset);
 /// The scalars of a text.
 std::u32string scalars(std::string_view text);
 /// The first scalar, or 0 for an empty text.
 char32_t firstScalar(std::string_view text);
 std::string fromScalars(std::u32string_view scalars);
 std::string fromScalar(char32_t scalar);
+bool isWellFormed(std::string_view text);
 /// A text given as ill-formed or well-formed UTF-8, with every ill-formed sequence replaced by U+FFFD.
 std::string sanitized(std::string_view text);
 

@@ -1,0 +1,197 @@
+#include "platform/simulated/desktop.h"
+
+#include "unicode/text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace glyma::simulated {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::array modifierKeys = {ModifierKey::shift, ModifierKey::control, ModifierKey::option,
+                                     ModifierKey::command};
+
+// What an application gets to see of an injected key.
+KeyEvent injectedEvent(const KeyChord& chord) {
+    KeyEvent event{KeyEvent::Type::keyDown, chord.keyCode, chord.flags, false, {}};
+    if (chord.keyCode == keycode::backspace)
+        event.text = "\b";
+    return event;
+}
+
+} // namespace
+
+Desktop::Desktop()
+    : accessibility({[this] { return front(); },
+                     [this](pid_t process) -> Application* {
+                         const std::lock_guard lock(mutex_);
+                         for (const auto& application : applications_)
+                             if (application->identity().process == process)
+                                 return application.get();
+                         return nullptr;
+                     },
+                     [this] {
+                         const std::lock_guard lock(mutex_);
+                         std::vector<Application*> all;
+                         for (const auto& application : applications_)
+                             all.push_back(application.get());
+                         return all;
+                     }},
+                    clock) {}
+
+Desktop::~Desktop() = default;
+
+Application* Desktop::front() const {
+    const std::lock_guard lock(mutex_);
+    return front_;
+}
+
+Application& Desktop::open(const std::string& identifier, const Manner& manner) {
+    const FrontApplication identity{identifier.empty() ? std::nullopt : std::optional(identifier),
+                                    nextProcess_++};
+    auto application = std::make_unique<Application>(identity, manner, clock, clipboard, primarySelection);
+    auto& opened = *application;
+    {
+        const std::lock_guard lock(mutex_);
+        applications_.push_back(std::move(application));
+    }
+    activate(opened);
+    return opened;
+}
+
+void Desktop::activate(Application& application) {
+    {
+        const std::lock_guard lock(mutex_);
+        front_ = &application;
+    }
+    tellFrontApplication();
+}
+
+void Desktop::activateNothing() {
+    {
+        const std::lock_guard lock(mutex_);
+        front_ = nullptr;
+    }
+    tellFrontApplication();
+}
+
+void Desktop::close(Application& application) {
+    {
+        const std::lock_guard lock(mutex_);
+        const auto found = std::ranges::find(applications_, &application, &std::unique_ptr<Application>::get);
+        closed_.push_back(std::move(*found));
+        applications_.erase(found);
+        front_ = applications_.empty() ? nullptr : applications_.back().get();
+    }
+    tellFrontApplication();
+}
+
+void Desktop::tellFrontApplication() {
+    clock.post([this, identity = current()] { activated_.emit(identity); });
+}
+
+FrontApplication Desktop::current() {
+    const auto application = front();
+    return application ? application->identity() : FrontApplication{};
+}
+
+Subscription Desktop::observe(std::function<void(const FrontApplication&)> callback) {
+    return activated_.connect(std::move(callback));
+}
+
+void Desktop::hold(ModifierKey key) {
+    keyboard.setHeld(key, true);
+    if (flagOf(key))
+        tap.deliver(keyboard.flagsChanged());
+}
+
+void Desktop::letGo(ModifierKey key) {
+    keyboard.setHeld(key, false);
+    if (flagOf(key))
+        tap.deliver(keyboard.flagsChanged());
+}
+
+void Desktop::strike(std::uint16_t keyCode, bool isAutorepeat) {
+    const auto event = keyboard.press(keyCode, isAutorepeat);
+    if (tap.deliver(event) == Verdict::consume)
+        consumed_.push_back(keyCode);
+    else if (const auto application = front())
+        application->receive({event, false});
+}
+
+void Desktop::press(std::uint16_t keyCode, std::uint64_t flags) {
+    std::vector<ModifierKey> added;
+    for (const auto key : modifierKeys)
+        if ((flags & flagOf(key)) && !keyboard.isHeld(key))
+            added.push_back(key);
+    for (const auto key : added)
+        hold(key);
+    strike(keyCode, false);
+    for (const auto key : added)
+        letGo(key);
+    advance(keyInterval);
+}
+
+void Desktop::holdDown(std::uint16_t keyCode, int repeats) {
+    strike(keyCode, false);
+    for (int i = 0; i < repeats; ++i) {
+        advance(i == 0 ? 500ms : 30ms);
+        strike(keyCode, true);
+    }
+    advance(keyInterval);
+}
+
+void Desktop::strike(const Stroke& stroke) {
+    // Caps Lock turns the Shift level of letters round; a typist who sees the screen does the same.
+    bool shift = stroke.shift;
+    if (keyboard.flags() & modifier::capsLock) {
+        const auto other = strokeOf(keyboard.layout(), stroke.keyCode, !shift, stroke.altGr);
+        const auto own = unicode::fromScalar(stroke.character);
+        const auto turned = other ? unicode::fromScalar(other->character) : own;
+        if (own != turned && unicode::lowercased(own) == unicode::lowercased(turned))
+            shift = !shift;
+    }
+    if (stroke.altGr)
+        hold(ModifierKey::altGr);
+    press(stroke.keyCode, shift ? modifier::shift : 0);
+    if (stroke.altGr)
+        letGo(ModifierKey::altGr);
+}
+
+void Desktop::type(std::string_view text) {
+    for (const auto character : unicode::scalars(text)) {
+        const auto& layout = keyboard.layout();
+        if (character == U'\n') {
+            press(keycode::returnKey);
+        } else if (const auto stroke = strokeFor(layout, character)) {
+            strike(*stroke);
+        } else if (const auto parts = decompose(character); parts && strokeFor(layout, parts->first, true)) {
+            strike(*strokeFor(layout, parts->first, true));
+            strike(*strokeFor(layout, parts->second));
+        } else {
+            faults_.push_back("no key of the layout types " + unicode::fromScalar(character));
+        }
+    }
+}
+
+bool Desktop::inject(std::span<const KeyChord> chords) {
+    bool allPosted = true;
+    for (const auto& chord : chords) {
+        if (failingInjection_ >= 0 && failingInjection_-- == 0)
+            allPosted = false;
+        else if (const auto application = front())
+            application->receive({injectedEvent(chord), true});
+    }
+    return allPosted;
+}
+
+std::vector<std::string> Desktop::faults() const {
+    auto all = faults_;
+    std::ranges::copy(tap.disagreements(), std::back_inserter(all));
+    return all;
+}
+
+} // namespace glyma::simulated
