@@ -43,7 +43,7 @@ std::string_view SearchSection::name(std::uint32_t entry) const {
 std::vector<std::string_view> SearchSection::keywords(std::uint32_t entry) const {
     const auto begin = arrays_.shownStart[entry];
     auto fields = fieldsOf({arrays_.shown.data() + begin, arrays_.shownStart[entry + 1] - begin});
-    fields.erase(fields.begin(), fields.begin() + 2);
+    fields.erase(fields.begin(), fields.begin() + std::min<std::ptrdiff_t>(2, std::ssize(fields)));
     return fields;
 }
 

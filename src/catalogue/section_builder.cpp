@@ -100,4 +100,17 @@ std::shared_ptr<const SearchSection> SectionBuilder::build(bool withLetterScores
     return section;
 }
 
+std::shared_ptr<const SearchSection> sectionOf(std::span<const EmojiEntry> entries, bool withLetterScores) {
+    SectionBuilder builder;
+    for (const auto& entry : entries) {
+        const std::vector<std::string_view> keywords(entry.keywords.begin(), entry.keywords.end());
+        const std::vector<std::string_view> folded(entry.foldedKeywords.begin(), entry.foldedKeywords.end());
+        const auto rank =
+            entry.popularityRank == notRanked ? noRank : static_cast<std::uint32_t>(entry.popularityRank);
+        builder.add(
+            {entry.character, entry.name, keywords, entry.foldedName, folded, entry.unicodeBlock, rank});
+    }
+    return builder.build(withLetterScores);
+}
+
 } // namespace glyma

@@ -74,16 +74,6 @@ std::optional<Timestamp> someTime(std::mt19937_64& random, Timestamp now) {
     return random() % 13 == 0 ? std::nullopt : std::optional(now - pick(ages, random));
 }
 
-SectionEntry view(const EmojiEntry& entry, std::vector<std::string_view>& keywords,
-                  std::vector<std::string_view>& foldedKeywords) {
-    keywords.assign(entry.keywords.begin(), entry.keywords.end());
-    foldedKeywords.assign(entry.foldedKeywords.begin(), entry.foldedKeywords.end());
-    const auto rank =
-        entry.popularityRank == notRanked ? noRank : static_cast<std::uint32_t>(entry.popularityRank);
-    return {entry.character, entry.name,         keywords, entry.foldedName,
-            foldedKeywords,  entry.unicodeBlock, rank};
-}
-
 } // namespace
 
 EmojiEntry makeEntry(std::string character, std::string name, std::vector<std::string> keywords,
@@ -98,16 +88,6 @@ EmojiEntry makeEntry(std::string character, std::string name, std::vector<std::s
     entry.popularityRank = rank;
     entry.isCached = true;
     return entry;
-}
-
-std::shared_ptr<const SearchSection> sectionOf(const std::vector<EmojiEntry>& entries,
-                                               bool withLetterScores) {
-    SectionBuilder builder;
-    std::vector<std::string_view> keywords;
-    std::vector<std::string_view> foldedKeywords;
-    for (const auto& entry : entries)
-        builder.add(view(entry, keywords, foldedKeywords));
-    return builder.build(withLetterScores);
 }
 
 std::vector<EmojiEntry> SampleCatalogue::indexed() const {

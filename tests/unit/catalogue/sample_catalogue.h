@@ -16,9 +16,6 @@ namespace glyma::test {
 EmojiEntry makeEntry(std::string character, std::string name, std::vector<std::string> keywords = {},
                      std::int64_t rank = notRanked);
 
-std::shared_ptr<const SearchSection> sectionOf(const std::vector<EmojiEntry>& entries,
-                                               bool withLetterScores = false);
-
 /// A made-up catalogue in both forms: as the program searches it and as plain entries.
 struct SampleCatalogue {
     std::vector<EmojiEntry> keyworded, personal, rest;

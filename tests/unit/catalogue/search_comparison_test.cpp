@@ -109,14 +109,14 @@ TEST(ByteScan, FindsEveryPlaceThatTheStandardSearchFinds) {
 
 TEST(SearchSection, LongNeedleAtTheVeryEndOfTheTextStaysInside) {
     const std::string name(200, 'z');
-    const auto section = test::sectionOf({test::makeEntry("1", name)});
+    const auto section = sectionOf(std::vector{test::makeEntry("1", name)});
     EXPECT_EQ(matchText(*section, QueryTerms(name), {}), (std::vector<TextMatch>{{0, 130}}));
     EXPECT_EQ(matchText(*section, QueryTerms(name + "z"), {}), (std::vector<TextMatch>{}));
 }
 
 TEST(SearchSection, NoMatchCrossesTheEndOfAFieldOrAnEntry) {
     const auto section =
-        test::sectionOf({test::makeEntry("1", "ab", {"cd", "ef"}), test::makeEntry("2", "gh")});
+        sectionOf(std::vector{test::makeEntry("1", "ab", {"cd", "ef"}), test::makeEntry("2", "gh")});
     for (const auto* query : {"bc", "abcd", "cdef", "de", "fg", "efgh", "ab cd,", "d,e"})
         for (const auto fuzzy : {false, true})
             EXPECT_TRUE(matchText(*section, QueryTerms(query), {.fuzzy = fuzzy}).empty()) << query;
@@ -126,8 +126,8 @@ TEST(SearchSection, GivesBackWhatWasPutIn) {
     auto first = test::makeEntry("\U0001F600", "Grinning “face”", {"a", "", "b,c"}, 3);
     first.unicodeBlock = "Emoticons";
     first.foldedKeywords = {"A", "", "B"};
-    const CatalogueIndex index(test::sectionOf({first, test::makeEntry("x", "", {})}), nullptr, nullptr, 10,
-                               {});
+    const CatalogueIndex index(sectionOf(std::vector{first, test::makeEntry("x", "", {})}), nullptr, nullptr,
+                               10, {});
     EXPECT_EQ(index.entry(0), first);
     EXPECT_EQ(index.entry(1), test::makeEntry("x", "", {}));
     EXPECT_EQ(index.findIndexed("x"), 1u);
