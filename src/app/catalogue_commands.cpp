@@ -7,7 +7,7 @@
 #include "catalogue/command_line_search.h"
 #include "catalogue/import_pipeline.h"
 #include "catalogue/store_lifecycle.h"
-#include "platform/linux/fonts/installed_fonts.h"
+#include "platform/linux/fonts/fontconfig_coverage.h"
 #include "platform/linux/xdg/instance_lock.h"
 
 #include <fmt/format.h>
@@ -29,7 +29,7 @@ std::string lockProblem(Lock::Failure failure, const fs::path& folder) {
 }
 
 Imported fillStore(Store& store, Foundation& foundation, ImportProgress& progress) {
-    fonts::InstalledFonts fonts;
+    fonts::FontconfigCoverage fonts(foundation.log);
     const ImportPipeline pipeline{.resources = foundation.resources,
                                   .fonts = fonts,
                                   .log = foundation.log,
@@ -60,7 +60,8 @@ Imported rebuild(StoreLifecycle& lifecycle, Store old, Foundation& foundation, I
     lifecycle.deleteStoreFiles();
     fs::rename(scratch / place.filename(), place, error);
     if (error)
-        return std::unexpected(fmt::format("the new catalogue cannot be moved from {}: {}", scratch.string(), error.message()));
+        return std::unexpected(
+            fmt::format("the new catalogue cannot be moved from {}: {}", scratch.string(), error.message()));
     fs::remove_all(scratch, error);
     return imported;
 }
@@ -68,7 +69,8 @@ Imported rebuild(StoreLifecycle& lifecycle, Store old, Foundation& foundation, I
 /// \return the figures; none when there was a catalogue already.
 std::expected<std::optional<ImportSummary>, std::string> import(Foundation& foundation, bool force,
                                                                 ImportProgress& progress) {
-    StoreLifecycle lifecycle(foundation.folders.data, foundation.resources, foundation.settings, foundation.log);
+    StoreLifecycle lifecycle(foundation.folders.data, foundation.resources, foundation.settings,
+                             foundation.log);
     auto store = lifecycle.makeContainer();
     if (!store)
         return std::unexpected(store.error());
@@ -118,7 +120,8 @@ int runSearch(const SearchCommand& command, Foundation& foundation) {
                                              .limit = command.limit});
     if (!rows)
         return fail(rows.error());
-    return print(command.json ? searchResultsAsJson(*rows) : searchResultsAsText(*rows, terminalWidth(stdout)));
+    return print(command.json ? searchResultsAsJson(*rows)
+                              : searchResultsAsText(*rows, terminalWidth(stdout)));
 }
 
 int runImport(const ImportCommand& command, Foundation& foundation) {

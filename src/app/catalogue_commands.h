@@ -5,7 +5,8 @@
 
 namespace glyma {
 
-/// Prints what matches. Builds the catalogue first when there is none. Learns nothing. \return the exit status.
+/// Prints what matches. Builds the catalogue first when there is none. Learns nothing. \return the exit
+/// status.
 int runSearch(const SearchCommand& command, Foundation& foundation);
 
 /// Builds the catalogue. \return the exit status.

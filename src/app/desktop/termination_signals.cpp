@@ -1,12 +1,11 @@
 #include "app/desktop/termination_signals.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <unistd.h>
-
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
 
 namespace glyma {
 

@@ -6,8 +6,8 @@
 
 namespace glyma {
 
-/// Lets the program end in an orderly way when it is told to by SIGTERM, SIGINT or SIGHUP (unless that one was ignored,
-/// as nohup does). A second signal of the kind ends it at once. One instance; main thread.
+/// Lets the program end in an orderly way when it is told to by SIGTERM, SIGINT or SIGHUP (unless that one
+/// was ignored, as nohup does). A second signal of the kind ends it at once. One instance; main thread.
 class TerminationSignals {
 public:
     /// \param onSignal  called on the main thread.

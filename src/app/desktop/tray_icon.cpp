@@ -36,7 +36,8 @@ TrayIcon::TrayIcon(std::function<void()> onQuit)
     , icon_(programIcon()) {
     problem_->setEnabled(false);
     menu_.addSeparator();
-    QObject::connect(menu_.addAction(QStringLiteral("Quit Glyma")), &QAction::triggered, &menu_, std::move(onQuit));
+    QObject::connect(menu_.addAction(QStringLiteral("Quit Glyma")), &QAction::triggered, &menu_,
+                     std::move(onQuit));
     icon_.setContextMenu(&menu_);
     setProblem({});
     icon_.show();

@@ -8,7 +8,8 @@
 
 namespace glyma {
 
-/// The program's own icon: the trigger's two dots on a coloured tile, so that it shows on light and dark panels.
+/// The program's own icon: the trigger's two dots on a coloured tile, so that it shows on light and dark
+/// panels.
 QIcon programIcon();
 
 /// The program's place in the desktop's tray, with its menu. Main thread.
