@@ -10,6 +10,8 @@
 
 namespace glyma::atspi {
 
+class Conversation;
+
 /// Text elements of the applications on the accessibility bus. Any thread may ask; one thread of its own
 /// talks to the bus. Without a bus everything answers `failed` at once.
 class AtspiAccessibility : public Accessibility {
@@ -46,6 +48,12 @@ private:
     class Element;
     template<typename Value, typename Job>
     Result<Value> request(const ElementReference& element, Job job);
+    // Worker thread
+    static Result<AttributeValue> applicationAttribute(Session& session, const Element& element,
+                                                       pid_t process, std::string_view name,
+                                                       Conversation& ask);
+    static Result<AttributeValue> elementAttribute(Session& session, const Element& element,
+                                                   std::string_view name, Conversation& ask);
 
     std::shared_ptr<Session> session_;
 };

@@ -5,6 +5,7 @@
 #include "platform/linux/atspi/conversation.h"
 #include "platform/linux/atspi/focus_tracker.h"
 #include "platform/linux/atspi/object.h"
+#include "platform/linux/atspi/text_element.h"
 #include "platform/linux/atspi/worker.h"
 
 #include <atspi/atspi.h>
@@ -59,10 +60,13 @@ public:
     // Worker thread
     void setUnresponsive(pid_t process);
     FocusTracker& tracker() { return *tracker_; }
-    ActiveWindow& activeWindow() { return *activeWindow_; }
+    /// Where the contents of the active window begin on the desktop.
+    std::optional<Point> windowOrigin(pid_t process, Conversation& ask);
+    TextElement text(const Element& element, Conversation& ask);
     /// The process in front; 0 when it is not known.
     pid_t frontProcess();
-    ElementReference reference(Object<AtspiAccessible> element, pid_t process);
+    ElementReference reference(Object<AtspiAccessible> element, pid_t process) const;
+    Result<AttributeValue> wrapped(Object<AtspiAccessible> element, pid_t process) const;
 
 private:
     void connect(const Options& options);
