@@ -7,6 +7,8 @@
 #include "data/store.h"
 #include "picker/emoji_picker_view_model.h"
 #include "picker/qt/emoji_picker_panel.h"
+#include "platform/linux/fonts/font_families.h"
+#include "platform/linux/fonts/fontconfig_coverage.h"
 #include "platform/linux/xdg/system_clock.h"
 #include "platform/qt/qt_scheduler.h"
 #include "platform/qt/qt_screens.h"
@@ -53,25 +55,28 @@ const std::map<QString, Scene> scenes = {
 /// The picker with all that it needs, over a catalogue in a temporary folder and settings in memory.
 struct Desk {
     explicit Desk(Store store)
-        : catalogue({scheduler, tasks, clock, settings, preferences, log, resources, fonts}, std::move(store))
+        : catalogue({scheduler, tasks, clock, settings, preferences, log, resources, coverage},
+                    std::move(store))
         , model(catalogue)
-        , panel({model,
-                 preferences,
-                 debug,
-                 screens,
-                 {QStringLiteral("Noto Color Emoji"), {}},
+        , panel({model, preferences, debug, screens, fontChoice(),
                  [this](bool isEmoji) -> const std::vector<std::string>& {
                      return isEmoji ? catalogue.randomEmojiPool() : catalogue.randomUnicodeDisplayPool();
                  },
                  [] {}}) {}
 
+    glyma::qt::FontChoice fontChoice() {
+        return {QString::fromStdString(families.emojiFontFamily()),
+                [this](std::string_view text) { return QString::fromStdString(families.familyFor(text)); }};
+    }
+
     simulated::SimulatedLog sink;
     simulated::SimulatedSettings settings;
     simulated::SimulatedLoginItem loginItem;
     simulated::SimulatedInstalledApplications applications;
-    simulated::SimulatedFonts fonts;
     DebugConfig debug{settings};
     Log log{sink, debug};
+    fonts::FontconfigCoverage coverage{log};
+    fonts::FontFamilies families;
     UserPreferences preferences{settings, loginItem, applications, log};
     ResourceLocator resources{std::filesystem::path(GLYMA_SOURCE_DIR) / "resources"};
     glyma::qt::QtScheduler scheduler;
