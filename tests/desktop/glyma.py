@@ -2,8 +2,6 @@
 
 import json
 import os
-import subprocess
-import time
 from pathlib import Path
 
 from virtual_desktop import ROOT, wait_until
@@ -51,9 +49,10 @@ class Glyma:
     def is_ready(self):
         if self.process.poll() is not None:
             raise RuntimeError(f"glyma ended with {self.process.returncode}: {self.log.read_text()}")
-        names = self.desktop.run(["gdbus", "call", "--session", "--dest", "net.quillaby.Glyma", "--object-path",
-                                  "/net/quillaby/Glyma", "--method", "net.quillaby.Glyma.IsReady"], check=False)
-        return "true" in names
+        # Answered by the main loop, which runs only after everything has been started.
+        answer = self.desktop.run(["gdbus", "introspect", "--session", "--dest", "net.quillaby.Glyma", "--object-path",
+                                   "/net/quillaby/Glyma"], check=False)
+        return "Activate" in answer
 
     def stop(self):
         status = self.desktop.end(self.process)

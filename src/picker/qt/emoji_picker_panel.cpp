@@ -32,6 +32,7 @@ EmojiPickerPanel::EmojiPickerPanel(PickerServices services)
     , skinToneMenu_(appearance_, compositor_, glyphs_)
     , appearanceSubscription_(appearance_.changed.connect([this] { refreshSurfaces(); }))
     , compositorSubscription_(compositor_.changed.connect([this] { refreshSurfaces(); })) {
+    view_.setWindowTitle(QStringLiteral("Glyma picker"));
     installPickerAccessibility();
     view_.onSkinToneButton = [this] { openSkinToneMenu(); };
     warmUpEnd_.setSingleShot(true);
