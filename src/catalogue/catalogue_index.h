@@ -29,6 +29,7 @@ public:
     const SearchSection& keyworded() const { return *sections_[0]; }
     const SearchSection& personal() const { return *sections_[1]; }
     const SearchSection& rest() const { return *sections_[2]; }
+    const std::shared_ptr<const SearchSection>& restSection() const { return sections_[2]; }
 
     std::uint32_t personalBegin() const { return begins_[1]; }
     std::uint32_t restBegin() const { return begins_[2]; }
@@ -48,6 +49,7 @@ public:
         return entry < popularity_->size() ? (*popularity_)[entry] : 0;
     }
     const UseByEntry& use() const { return use_; }
+    void setUse(const EntryUse& use) { use_.set(use); }
     /// The entries of the rest, by their number in it and in order, whose character is indexed already.
     const std::vector<std::uint32_t>& hiddenRest() const { return hiddenRest_; }
 

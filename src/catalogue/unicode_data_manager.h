@@ -1,6 +1,7 @@
 #pragma once
 
 #include "catalogue/catalogue_values.h"
+#include "catalogue/picker_items.h"
 #include "catalogue/store_lifecycle.h"
 #include "data/resources.h"
 #include "data/store.h"
@@ -11,10 +12,11 @@
 #include "preferences/log.h"
 #include "preferences/user_preferences.h"
 
+#include <cstdint>
 #include <expected>
 #include <functional>
 #include <memory>
-#include <random>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,6 +41,8 @@ struct CatalogueServices {
     Log& log;
     const ResourceLocator& resources;
     FontCoverage& fonts;
+    /// Makes random picks repeatable; none: seeded by the system.
+    std::optional<std::uint64_t> randomSeed = std::nullopt;
 };
 
 /// The one owner of the character catalogue: the in-memory index that the first search phase reads, the
@@ -46,7 +50,7 @@ struct CatalogueServices {
 /// second phase and the import, which run on background threads with connections of their own.
 class UnicodeDataManager {
 public:
-    using OnResults = std::function<void(std::vector<PickerItem> items, bool isFinal)>;
+    using OnResults = std::function<void(PickerItems items, bool isFinal)>;
 
     UnicodeDataManager(CatalogueServices services, Store store);
     ~UnicodeDataManager();
