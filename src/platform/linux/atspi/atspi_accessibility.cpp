@@ -14,6 +14,8 @@ namespace {
 
 constexpr Milliseconds deadline{150};
 constexpr int descentLimit = 30;
+/// A starting application shows its window before it is on the bus.
+constexpr int prepareAttempts = 4;
 
 constexpr auto failure(AccessibilityError error) {
     return std::unexpected(error);
@@ -32,7 +34,8 @@ std::string_view roleOf(AtspiAccessible* object, Conversation& ask) {
         return atspi_accessible_get_state_set(element);
     };
     const Object<AtspiStateSet> set(ask.ask(states, object).value_or(nullptr));
-    return portRole(role, !set || !atspi_state_set_contains(set.get(), ATSPI_STATE_SINGLE_LINE));
+    const auto has = [&](AtspiStateType state) { return set && atspi_state_set_contains(set.get(), state); };
+    return portRole(role, has(ATSPI_STATE_EDITABLE), !has(ATSPI_STATE_SINGLE_LINE));
 }
 
 Accessibility::Result<AttributeValue> documentAddress(AtspiAccessible* object, Conversation& ask) {
@@ -88,6 +91,12 @@ bool AtspiAccessibility::focusIsPasswordField() const {
     return session_->isPasswordField();
 }
 
+void AtspiAccessibility::prepare(pid_t process) {
+    if (process > 0 && process != getpid() && !session_->isAbsent())
+        session_->worker().post(
+            [session = session_.get(), process] { session->prepare(process, prepareAttempts); });
+}
+
 BusStatus AtspiAccessibility::status() const {
     return session_->status();
 }
@@ -113,68 +122,77 @@ Accessibility::Result<Value> AtspiAccessibility::request(const ElementReference&
             if (session->isUnresponsive(process))
                 return failure(AccessibilityError::timedOut);
             Conversation ask(abandoned);
-            auto result = job(*session, *element, process, ask);
+            session->setCurrent(process);
+            Result<Value> result = job(*session, *element, process, ask);
+            session->setCurrent(0);
             if (!ask.isOver())
                 return result;
             session->setUnresponsive(process);
             return failure(AccessibilityError::timedOut);
         });
-    return answer.value_or(failure(AccessibilityError::timedOut));
+    if (answer)
+        return *answer;
+    session_->blameCurrent();
+    return failure(AccessibilityError::timedOut);
 }
 
 Accessibility::Result<AttributeValue> AtspiAccessibility::attributeValue(const ElementReference& reference,
                                                                          std::string_view name) {
-    return request<AttributeValue>(
-        reference,
-        [name = std::string(name)](Session& session, const Element& element, pid_t process,
-                                   Conversation& ask) -> Result<AttributeValue> {
-            const auto wrapped = [&](Object<AtspiAccessible> found) -> Result<AttributeValue> {
-                if (!found)
-                    return failure(AccessibilityError::noValue);
-                return session.reference(std::move(found), process);
-            };
-            auto& tracker = session.tracker();
-            if (name == attribute::focusedElement)
-                return wrapped(tracker.focusedElement(process, ask));
-            if (element.kind != Element::Kind::accessible) {
-                const auto application = tracker.application(process, ask);
-                if (!application)
-                    return failure(AccessibilityError::noValue);
-                if (name == attribute::focusedApplication && element.kind == Element::Kind::desktop)
-                    return ElementReference(std::make_shared<Element>(Element::Kind::application, process));
-                if (name == attribute::focusedWindow)
-                    return wrapped(tracker.activeWindow(application.get(), ask));
-                if (name == attribute::role && element.kind == Element::Kind::application)
-                    return std::string("AXApplication");
-                return failure(AccessibilityError::unsupported);
-            }
-            if (name == attribute::role)
-                return std::string(roleOf(element.object, ask));
-            if (name == attribute::parent)
-                return wrapped(parentOf(element.object, ask));
-            if (name == attribute::url)
-                return documentAddress(element.object, ask);
+    return request<AttributeValue>(reference, [name = std::string(name)](Session& session,
+                                                                         const Element& element,
+                                                                         pid_t process, Conversation& ask) {
+        if (name == attribute::focusedElement)
+            return session.wrapped(session.tracker().focusedElement(process, ask), process);
+        if (element.kind == Element::Kind::accessible)
+            return elementAttribute(session, element, name, ask);
+        return applicationAttribute(session, element, process, name, ask);
+    });
+}
 
-            TextElement text(element.object, tracker.toolkitOf(element.object, ask), ask,
-                             session.activeWindow());
-            if (name == attribute::position || name == attribute::size) {
-                const auto extents = text.extents();
-                if (!extents)
-                    return failure(extents.error());
-                if (name == attribute::position)
-                    return Point{extents->x, extents->y};
-                return Size{extents->width, extents->height};
-            }
-            if (!text.hasText())
-                return failure(AccessibilityError::unsupported);
-            if (name == attribute::selectedTextRange)
-                return asAttribute(text.selectedRange());
-            if (name == attribute::selectedText)
-                return asAttribute(text.selectedText());
-            if (name == attribute::value)
-                return asAttribute(text.value());
-            return failure(AccessibilityError::unsupported);
-        });
+Accessibility::Result<AttributeValue>
+AtspiAccessibility::applicationAttribute(Session& session, const Element& element, pid_t process,
+                                         std::string_view name, Conversation& ask) {
+    const auto application = session.tracker().application(process, ask);
+    if (!application)
+        return failure(AccessibilityError::noValue);
+    if (name == attribute::focusedApplication && element.kind == Element::Kind::desktop)
+        return ElementReference(std::make_shared<Element>(Element::Kind::application, process));
+    if (name == attribute::focusedWindow)
+        return session.wrapped(session.tracker().activeWindow(application.get(), ask), process);
+    if (name == attribute::role && element.kind == Element::Kind::application)
+        return std::string("AXApplication");
+    return failure(AccessibilityError::unsupported);
+}
+
+Accessibility::Result<AttributeValue> AtspiAccessibility::elementAttribute(Session& session,
+                                                                           const Element& element,
+                                                                           std::string_view name,
+                                                                           Conversation& ask) {
+    if (name == attribute::role)
+        return std::string(roleOf(element.object, ask));
+    if (name == attribute::parent)
+        return session.wrapped(parentOf(element.object, ask), element.process);
+    if (name == attribute::url)
+        return documentAddress(element.object, ask);
+
+    auto text = session.text(element, ask);
+    if (name == attribute::position || name == attribute::size) {
+        const auto extents = text.extents();
+        if (!extents)
+            return failure(extents.error());
+        if (name == attribute::position)
+            return Point{extents->x, extents->y};
+        return Size{extents->width, extents->height};
+    }
+    if (!text.hasText())
+        return failure(AccessibilityError::unsupported);
+    if (name == attribute::selectedTextRange)
+        return asAttribute(text.selectedRange());
+    if (name == attribute::selectedText)
+        return asAttribute(text.selectedText());
+    if (name == attribute::value)
+        return asAttribute(text.value());
+    return failure(AccessibilityError::unsupported);
 }
 
 Accessibility::Result<AttributeValue>
@@ -188,10 +206,7 @@ AtspiAccessibility::parameterizedValue(const ElementReference& reference, std::s
         reference,
         [range = *range, wantsBounds](Session& session, const Element& element, pid_t,
                                       Conversation& ask) -> Result<AttributeValue> {
-            if (!element.object)
-                return failure(AccessibilityError::unsupported);
-            TextElement text(element.object, session.tracker().toolkitOf(element.object, ask), ask,
-                             session.activeWindow());
+            auto text = session.text(element, ask);
             if (!text.hasText())
                 return failure(AccessibilityError::unsupported);
             if (wantsBounds)
@@ -206,16 +221,14 @@ Accessibility::Result<void> AtspiAccessibility::setAttributeValue(const ElementR
     return request<void>(reference,
                          [name = std::string(name), value](Session& session, const Element& element, pid_t,
                                                            Conversation& ask) -> Result<void> {
-                             if (!element.object)
-                                 return failure(AccessibilityError::unsupported);
-                             TextElement text(element.object,
-                                              session.tracker().toolkitOf(element.object, ask), ask,
-                                              session.activeWindow());
+                             auto text = session.text(element, ask);
                              if (!text.hasText())
                                  return failure(AccessibilityError::unsupported);
                              const auto* range = std::get_if<TextRange>(&value);
                              const auto* string = std::get_if<std::string>(&value);
                              if (range && name == attribute::selectedTextRange) {
+                                 element.refusedSelection =
+                                     true; // also when nobody waits for the outcome any more
                                  const auto selected = text.select(*range);
                                  element.refusedSelection = !selected;
                                  return selected;
@@ -229,57 +242,51 @@ Accessibility::Result<void> AtspiAccessibility::setAttributeValue(const ElementR
 }
 
 bool AtspiAccessibility::isAttributeSettable(const ElementReference& reference, std::string_view name) {
-    const auto answer =
-        request<bool>(reference,
-                      [name = std::string(name)](Session& session, const Element& element, pid_t,
-                                                 Conversation& ask) -> Result<bool> {
-                          if (!element.object)
-                              return false;
-                          const auto& toolkit = session.tracker().toolkitOf(element.object, ask);
-                          TextElement text(element.object, toolkit, ask, session.activeWindow());
-                          if (!text.hasText())
-                              return false;
-                          if (name == attribute::selectedTextRange)
-                              return true;
-                          // What can be selected but not edited is offered all the same: the selection is the
-                          // better half of the work, and when the setting fails the caller pastes over it.
-                          if (name == attribute::selectedText)
-                              return (toolkit.edits || toolkit.selectsOnly) && text.isEditable();
-                          return name == attribute::value && toolkit.edits && text.isEditable();
-                      });
+    const auto answer = request<bool>(
+        reference,
+        [name = std::string(name)](Session& session, const Element& element, pid_t,
+                                   Conversation& ask) -> Result<bool> {
+            auto text = session.text(element, ask);
+            if (!text.hasText())
+                return false;
+            if (name == attribute::selectedTextRange)
+                return true;
+            // What can be selected but not edited is offered all the same: the selection is the better half
+            // of the work, and when the setting fails the caller pastes over it.
+            if (name == attribute::selectedText)
+                return (text.toolkit().edits || text.toolkit().selectsOnly) && text.isEditable();
+            return name == attribute::value && text.toolkit().edits && text.isEditable();
+        });
     return answer.value_or(false);
 }
 
 Accessibility::Result<ElementReference> AtspiAccessibility::elementAtPosition(const ElementReference& root,
                                                                               Point point) {
-    return request<ElementReference>(root,
-                                     [point](Session& session, const Element& element, pid_t process,
-                                             Conversation& ask) -> Result<ElementReference> {
-                                         auto& tracker = session.tracker();
-                                         auto found = share(element.object);
-                                         if (!found)
-                                             if (const auto application = tracker.application(process, ask))
-                                                 found = tracker.activeWindow(application.get(), ask);
-                                         if (!found)
-                                             return failure(AccessibilityError::noValue);
-                                         auto at = point;
-                                         auto type = ATSPI_COORD_TYPE_SCREEN;
-                                         if (!tracker.toolkitOf(found.get(), ask).knowsScreenCoordinates) {
-                                             const auto window = session.activeWindow().read();
-                                             if (!window)
-                                                 return failure(AccessibilityError::noValue);
-                                             at = {point.x - window->frame.x, point.y - window->frame.y};
-                                             type = ATSPI_COORD_TYPE_WINDOW;
-                                         }
-                                         for (int depth = 0; depth < descentLimit; ++depth) {
-                                             auto child = childAtPoint(found.get(), static_cast<int>(at.x),
-                                                                       static_cast<int>(at.y), type, ask);
-                                             if (!child || child.get() == found.get())
-                                                 break;
-                                             found = std::move(child);
-                                         }
-                                         return session.reference(std::move(found), process);
-                                     });
+    return request<ElementReference>(
+        root,
+        [point](Session& session, const Element& element, pid_t process,
+                Conversation& ask) -> Result<ElementReference> {
+            auto& tracker = session.tracker();
+            auto found = share(element.object);
+            if (!found)
+                if (const auto application = tracker.application(process, ask))
+                    found = tracker.activeWindow(application.get(), ask);
+            if (!found)
+                return failure(AccessibilityError::noValue);
+            const bool onScreen = tracker.toolkitOf(found.get(), ask).knowsScreenCoordinates;
+            const auto origin = onScreen ? std::optional(Point{}) : session.windowOrigin(process, ask);
+            if (!origin)
+                return failure(AccessibilityError::noValue);
+            const auto type = onScreen ? ATSPI_COORD_TYPE_SCREEN : ATSPI_COORD_TYPE_WINDOW;
+            for (int depth = 0; depth < descentLimit; ++depth) {
+                auto child = childAtPoint(found.get(), static_cast<int>(point.x - origin->x),
+                                          static_cast<int>(point.y - origin->y), type, ask);
+                if (!child || child.get() == found.get())
+                    break;
+                found = std::move(child);
+            }
+            return session.reference(std::move(found), process);
+        });
 }
 
 } // namespace glyma::atspi

@@ -10,6 +10,8 @@
 
 namespace glyma::atspi {
 
+class Conversation;
+
 /// Text elements of the applications on the accessibility bus. Any thread may ask; one thread of its own
 /// talks to the bus. Without a bus everything answers `failed` at once.
 class AtspiAccessibility : public Accessibility {
@@ -37,6 +39,9 @@ public:
 
     /// Whether the element that has the focus hides what is typed. Never waits.
     bool focusIsPasswordField() const;
+    /// Looks for the focus of an application that has come to the front, so that the first question finds it
+    /// known: a toolkit that tells nothing when it starts costs up to 100 ms. Returns at once.
+    void prepare(pid_t process);
     /// What was found at the start, for those who ask why nothing works. Waits until that is known, at most
     /// two seconds.
     BusStatus status() const;
@@ -46,6 +51,12 @@ private:
     class Element;
     template<typename Value, typename Job>
     Result<Value> request(const ElementReference& element, Job job);
+    // Worker thread
+    static Result<AttributeValue> applicationAttribute(Session& session, const Element& element,
+                                                       pid_t process, std::string_view name,
+                                                       Conversation& ask);
+    static Result<AttributeValue> elementAttribute(Session& session, const Element& element,
+                                                   std::string_view name, Conversation& ask);
 
     std::shared_ptr<Session> session_;
 };

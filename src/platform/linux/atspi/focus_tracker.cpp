@@ -63,25 +63,31 @@ Element matchFocused(AtspiAccessible* window, Conversation& ask) {
     return last;
 }
 
-/// Depth first, only through what is showing.
+/// Depth first, only through what can be seen, and the last first: the contents of a window come after its
+/// bars.
 Element walkToFocused(Element root, Conversation& ask) {
     const auto end = std::chrono::steady_clock::now() + walkTime;
     std::vector<Element> waiting;
     waiting.push_back(std::move(root));
+    Element doubtful;
     for (int visited = 0; !waiting.empty() && visited < walkLimit && !ask.isOver(); ++visited) {
         auto element = std::move(waiting.back());
         waiting.pop_back();
         const auto set = states(element.get(), ask);
-        if (has(set, ATSPI_STATE_FOCUSED))
+        if (has(set, ATSPI_STATE_FOCUSED) && has(set, ATSPI_STATE_FOCUSABLE))
             return element;
+        // Qt calls the current tab of a tab bar focused, though it never is.
+        if (has(set, ATSPI_STATE_FOCUSED) && !doubtful)
+            doubtful = share(element.get());
         if (std::chrono::steady_clock::now() > end)
             break;
-        if (visited > 0 && !has(set, ATSPI_STATE_SHOWING))
+        // GTK 4 calls what is on the screen visible, but not showing.
+        if (visited > 0 && !has(set, ATSPI_STATE_SHOWING) && !has(set, ATSPI_STATE_VISIBLE))
             continue;
         auto below = children(element.get(), ask);
-        std::ranges::move(below.rbegin(), below.rend(), std::back_inserter(waiting));
+        std::ranges::move(below, std::back_inserter(waiting));
     }
-    return nullptr;
+    return doubtful;
 }
 
 std::string text(AtspiText* object, int begin, int end, Conversation& ask) {
@@ -193,9 +199,13 @@ const Toolkit& FocusTracker::toolkitOf(AtspiAccessible* element, Conversation& a
     const auto name = busName(element);
     if (const auto known = toolkits_.find(name); known != toolkits_.end())
         return known->second;
-    const Memory<char> toolkit(ask.ask(atspi_accessible_get_toolkit_name, element).value_or(nullptr));
-    const Memory<char> version(ask.ask(atspi_accessible_get_toolkit_version, element).value_or(nullptr));
     static const Toolkit unknown;
+    // Only the application's own element knows, and GTK 4 and Qt do not pass the question on.
+    const Element root(ask.ask(atspi_accessible_get_application, element).value_or(nullptr));
+    if (!root)
+        return unknown;
+    const Memory<char> toolkit(ask.ask(atspi_accessible_get_toolkit_name, root.get()).value_or(nullptr));
+    const Memory<char> version(ask.ask(atspi_accessible_get_toolkit_version, root.get()).value_or(nullptr));
     if (!toolkit || !*toolkit)
         return unknown;
     return toolkits_.emplace(name, toolkitNamed(toolkit.get(), version ? version.get() : "")).first->second;

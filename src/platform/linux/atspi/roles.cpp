@@ -2,20 +2,10 @@
 
 namespace glyma::atspi {
 
-std::string_view portRole(AtspiRole role, bool hasManyLines) {
+namespace {
+
+std::string_view otherRole(AtspiRole role) {
     switch (role) {
-    case ATSPI_ROLE_PASSWORD_TEXT:
-        return "AXSecureTextField";
-    case ATSPI_ROLE_ENTRY:
-    case ATSPI_ROLE_TEXT:
-    case ATSPI_ROLE_EDITBAR:
-    case ATSPI_ROLE_AUTOCOMPLETE:
-        return hasManyLines ? "AXTextArea" : "AXTextField";
-    case ATSPI_ROLE_SPIN_BUTTON:
-        return "AXTextField";
-    case ATSPI_ROLE_TERMINAL:
-    case ATSPI_ROLE_PARAGRAPH:
-        return "AXTextArea";
     case ATSPI_ROLE_DOCUMENT_WEB:
     case ATSPI_ROLE_DOCUMENT_FRAME:
     case ATSPI_ROLE_DOCUMENT_TEXT:
@@ -69,6 +59,23 @@ std::string_view portRole(AtspiRole role, bool hasManyLines) {
     default:
         return "AXGroup";
     }
+}
+
+bool isTextRole(AtspiRole role) {
+    return role == ATSPI_ROLE_ENTRY || role == ATSPI_ROLE_TEXT || role == ATSPI_ROLE_EDITBAR ||
+           role == ATSPI_ROLE_AUTOCOMPLETE || role == ATSPI_ROLE_SPIN_BUTTON || role == ATSPI_ROLE_TERMINAL ||
+           role == ATSPI_ROLE_PARAGRAPH;
+}
+
+} // namespace
+
+std::string_view portRole(AtspiRole role, bool isEditable, bool hasManyLines) {
+    if (role == ATSPI_ROLE_PASSWORD_TEXT)
+        return "AXSecureTextField";
+    const auto other = otherRole(role);
+    if (other != "AXWebArea" && (isEditable || isTextRole(role)))
+        return hasManyLines ? "AXTextArea" : "AXTextField";
+    return other;
 }
 
 } // namespace glyma::atspi

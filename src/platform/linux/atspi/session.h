@@ -5,6 +5,7 @@
 #include "platform/linux/atspi/conversation.h"
 #include "platform/linux/atspi/focus_tracker.h"
 #include "platform/linux/atspi/object.h"
+#include "platform/linux/atspi/text_element.h"
 #include "platform/linux/atspi/worker.h"
 
 #include <atspi/atspi.h>
@@ -53,16 +54,23 @@ public:
     bool isAbsent() const { return isAbsent_; }
     bool isUnresponsive(pid_t process) const;
     bool isPasswordField() const { return tracker_ && trackerReady_ && tracker_->isPasswordField(); }
+    /// Somebody has waited in vain for the application that is being asked now.
+    void blameCurrent();
     BusStatus status() const;
     const Worker& worker() const { return worker_; }
 
     // Worker thread
     void setUnresponsive(pid_t process);
+    void setCurrent(pid_t process) { current_ = process; }
+    void prepare(pid_t process, int attempts);
     FocusTracker& tracker() { return *tracker_; }
-    ActiveWindow& activeWindow() { return *activeWindow_; }
+    /// Where the contents of the active window begin on the desktop.
+    std::optional<Point> windowOrigin(pid_t process, Conversation& ask);
+    TextElement text(const Element& element, Conversation& ask);
     /// The process in front; 0 when it is not known.
     pid_t frontProcess();
-    ElementReference reference(Object<AtspiAccessible> element, pid_t process);
+    ElementReference reference(Object<AtspiAccessible> element, pid_t process) const;
+    Result<AttributeValue> wrapped(Object<AtspiAccessible> element, pid_t process) const;
 
 private:
     void connect(const Options& options);
@@ -71,6 +79,7 @@ private:
     std::atomic<bool> trackerReady_ = false;
     std::promise<BusStatus> statusPromise_;
     std::shared_future<BusStatus> status_ = statusPromise_.get_future().share();
+    std::atomic<pid_t> current_ = 0;
     mutable std::mutex mutex_;
     std::map<pid_t, std::chrono::steady_clock::time_point> unresponsiveUntil_;
     std::optional<ActiveWindow> activeWindow_;

@@ -3,10 +3,15 @@
 #include <algorithm>
 #include <cstdint>
 #include <dbus/dbus.h>
+#include <thread>
 
 namespace glyma::atspi {
 
 namespace {
+
+/// How long a selection may take to show, well below what our callers wait.
+constexpr Milliseconds selectionWait{80};
+constexpr Milliseconds selectionPoll{2};
 
 constexpr auto failure() {
     return std::unexpected(AccessibilityError::failed);
@@ -15,15 +20,16 @@ constexpr auto failure() {
 } // namespace
 
 TextElement::TextElement(AtspiAccessible* accessible, const Toolkit& toolkit, Conversation& conversation,
-                         ActiveWindow& activeWindow)
+                         WindowOrigin windowOrigin)
     : accessible_(accessible)
     , toolkit_(toolkit)
     , ask_(conversation)
-    , activeWindow_(activeWindow) {
+    , windowOrigin_(std::move(windowOrigin)) {
     const auto plain = [](AtspiAccessible* object, GError**) {
         return atspi_accessible_get_text_iface(object);
     };
-    text_.reset(ask_.ask(plain, accessible_).value_or(nullptr));
+    if (accessible_)
+        text_.reset(ask_.ask(plain, accessible_).value_or(nullptr));
 }
 
 bool TextElement::isEditable() {
@@ -135,11 +141,11 @@ std::optional<Rect> TextElement::onScreen(AtspiRect* rectangle) {
     Rect result{static_cast<double>(owned->x), static_cast<double>(owned->y),
                 static_cast<double>(owned->width), static_cast<double>(owned->height)};
     if (!toolkit_.knowsScreenCoordinates) {
-        const auto window = activeWindow_.read();
-        if (!window)
+        const auto origin = windowOrigin_();
+        if (!origin)
             return std::nullopt;
-        result.x += window->frame.x;
-        result.y += window->frame.y;
+        result.x += origin->x;
+        result.y += origin->y;
     }
     return result;
 }
@@ -150,8 +156,10 @@ std::optional<Rect> TextElement::characterRect(int offset) {
 }
 
 std::optional<Rect> TextElement::spanRect(Span span) {
-    if (span.end - span.begin <= 1)
-        return characterRect(span.begin);
+    if (span.end - span.begin <= 1) {
+        const auto rect = characterRect(span.begin);
+        return rect ? rect : characterRect(span.begin); // Firefox: see extents
+    }
     return onScreen(ask_.ask(atspi_text_get_range_extents, text_.get(), span.begin, span.end, coordinates())
                         .value_or(nullptr));
 }
@@ -217,11 +225,27 @@ bool TextElement::requestSelection(Span span) {
     return true;
 }
 
+/// Firefox answers before the page has taken the selection over.
+bool TextElement::waitForSelection(Span span) {
+    for (Milliseconds waited{0};; waited += selectionPoll) {
+        if (selection() == span)
+            return true;
+        if (waited >= selectionWait || ask_.isOver())
+            return false;
+        std::this_thread::sleep_for(selectionPoll);
+    }
+}
+
 TextElement::Result<void> TextElement::select(TextRange range) {
     const auto span = toToolkit(range);
-    if (!span || !requestSelection(*span) || selection() != span)
+    const auto before = selection();
+    if (!span || !before)
         return failure();
-    return {};
+    if (requestSelection(*span) && waitForSelection(*span))
+        return {};
+    // It must not be made later, when the caller has gone on without it.
+    requestSelection(*before);
+    return failure();
 }
 
 TextElement::Result<void> TextElement::replaceSelection(const std::string& text) {

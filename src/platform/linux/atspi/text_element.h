@@ -1,13 +1,13 @@
 #pragma once
 
 #include "platform/accessibility.h"
-#include "platform/linux/atspi/active_window.h"
 #include "platform/linux/atspi/conversation.h"
 #include "platform/linux/atspi/object.h"
 #include "platform/linux/atspi/toolkit.h"
 
 #include <atspi/atspi.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -21,9 +21,14 @@ public:
     template<typename Value>
     using Result = Accessibility::Result<Value>;
 
-    TextElement(AtspiAccessible* accessible, const Toolkit& toolkit, Conversation& conversation,
-                ActiveWindow& activeWindow);
+    /// Where the contents of the element's window begin on the desktop; asked only of toolkits that do not
+    /// know.
+    using WindowOrigin = std::function<std::optional<Point>()>;
 
+    TextElement(AtspiAccessible* accessible, const Toolkit& toolkit, Conversation& conversation,
+                WindowOrigin windowOrigin);
+
+    const Toolkit& toolkit() const { return toolkit_; }
     bool hasText() const { return text_ != nullptr; }
     bool isEditable();
 
@@ -55,6 +60,7 @@ private:
     std::optional<std::ptrdiff_t> fromToolkit(int offset);
     std::optional<Span> toToolkit(TextRange range);
     bool requestSelection(Span span);
+    bool waitForSelection(Span span);
     void sendAddSelection(Span span);
     std::optional<Rect> characterRect(int offset);
     std::optional<Rect> spanRect(Span span);
@@ -64,7 +70,7 @@ private:
     AtspiAccessible* accessible_;
     Toolkit toolkit_;
     Conversation& ask_;
-    ActiveWindow& activeWindow_;
+    WindowOrigin windowOrigin_;
     Object<AtspiText> text_;
 };
 
