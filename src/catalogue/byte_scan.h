@@ -10,14 +10,15 @@
 #include <emmintrin.h>
 #endif
 
-/// Substring search for a whole catalogue at once: 64 places at a time are tested for the first and the last byte of
-/// the text sought; only where both agree is the rest compared.
+/// Substring search for a whole catalogue at once: 64 places at a time are tested for the first and the last
+/// byte of the text sought; only where both agree is the rest compared.
 namespace glyma {
 
 /// How many bytes behind the end of a scanned text must be readable.
 inline constexpr std::size_t scanPadding = 64;
 
-/// The places at + 0 to at + 63, as bits, where `first` stands with `last` standing `distance` bytes further on.
+/// The places at + 0 to at + 63, as bits, where `first` stands with `last` standing `distance` bytes further
+/// on.
 inline std::uint64_t portableCandidates(const char* at, char first, char last, std::size_t distance) {
     std::uint64_t places = 0;
     for (unsigned place = 0; place < 64; ++place)
@@ -46,7 +47,8 @@ inline std::uint64_t candidates(const char* at, char first, char last, std::size
 /// A text to look for; not empty. Refers to the text given.
 class Needle {
 public:
-    explicit Needle(std::string_view text) : text_(text) {
+    explicit Needle(std::string_view text)
+        : text_(text) {
         const auto bytes = text.size() < 8 ? text.size() : 8;
         std::memcpy(&head_, text.data(), bytes);
         std::memset(&headMask_, 0xFF, bytes);

@@ -6,6 +6,7 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -19,7 +20,8 @@ struct RankingInfo {
     std::int64_t termBonus = 0;
     std::int64_t cacheBonus = 0;
 
-    std::int64_t total() const { return textScore + popularityBonus + usageBonus + termBonus + cacheBonus; }
+    /// Ends the program when the sum overflows.
+    std::int64_t total() const;
     /// "text:130 pop:30 usage:0 term:0 cache:150 = 310"
     std::string displayText() const;
     bool operator==(const RankingInfo&) const = default;
@@ -57,6 +59,9 @@ struct SpecialEntry {
 };
 
 using PickerItem = std::variant<EmojiEntry, SpecialEntry>;
+
+/// An entry whose character begins with specialPrefix becomes special.
+PickerItem toPickerItem(EmojiEntry entry);
 
 /// Keeps a row stable across lists: the character, or "s:" and the special's id.
 std::string identity(const PickerItem& item);

@@ -21,7 +21,7 @@ namespace glyma {
 struct CommandLineCatalogue {
     std::filesystem::path storeFile;  ///< as StoreLifecycle::storeLocation() says
     const ResourceLocator& resources; ///< for the popularity ranking
-    const SettingsStore& settings;    ///< for the learned use of snippets and special entries
+    const SettingsStore& settings;    ///< for the learned use of snippets
     std::span<const UserReplacement> replacements;
     Timestamp now;
 };

@@ -6,7 +6,8 @@
 
 namespace glyma {
 
-QueryTerms::QueryTerms(std::string_view query) : folded_(unicode::fold(query)) {
+QueryTerms::QueryTerms(std::string_view query)
+    : folded_(unicode::fold(query)) {
     std::string_view rest = folded_;
     while (!rest.empty()) {
         const auto end = std::min(rest.find(' '), rest.size());

@@ -16,7 +16,8 @@ std::vector<std::string_view> fieldsOf(std::string_view text) {
     return fields;
 }
 
-SearchSection::SearchSection() : SearchSection(*SectionBuilder().build()) {}
+SearchSection::SearchSection()
+    : SearchSection(*SectionBuilder().build()) {}
 
 SearchSection::SearchSection(const SectionArrays& arrays, std::shared_ptr<const void> owner)
     : arrays_(arrays)
@@ -42,7 +43,7 @@ std::string_view SearchSection::name(std::uint32_t entry) const {
 std::vector<std::string_view> SearchSection::keywords(std::uint32_t entry) const {
     const auto begin = arrays_.shownStart[entry];
     auto fields = fieldsOf({arrays_.shown.data() + begin, arrays_.shownStart[entry + 1] - begin});
-    fields.erase(fields.begin(), fields.begin() + 2);
+    fields.erase(fields.begin(), fields.begin() + std::min<std::ptrdiff_t>(2, std::ssize(fields)));
     return fields;
 }
 
@@ -50,12 +51,15 @@ std::string_view SearchSection::blockName(std::uint32_t entry) const {
     return blockNames_[arrays_.block[entry]];
 }
 
-std::optional<std::uint32_t> SearchSection::find(std::string_view character) const {
-    const auto found = std::ranges::lower_bound(arrays_.byCharacter, character, {},
+std::span<const std::uint32_t> SearchSection::findAll(std::string_view character) const {
+    const auto found = std::ranges::equal_range(arrays_.byCharacter, character, {},
                                                 [&](std::uint32_t entry) { return this->character(entry); });
-    if (found == arrays_.byCharacter.end() || this->character(*found) != character)
-        return std::nullopt;
-    return *found;
+    return {found.begin(), found.end()};
+}
+
+std::optional<std::uint32_t> SearchSection::find(std::string_view character) const {
+    const auto found = findAll(character);
+    return found.empty() ? std::nullopt : std::optional(found.front());
 }
 
 } // namespace glyma

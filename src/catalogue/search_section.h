@@ -16,25 +16,26 @@ namespace glyma {
 inline constexpr char fieldEnd = '\xFF';
 inline constexpr std::uint32_t noRank = 0xFFFFFFFF;
 
-/// A section's data: flat arrays that can be written to a file and mapped from it as they are. n is the number of
-/// entries.
+/// A section's data: flat arrays that can be written to a file and mapped from it as they are. n is the
+/// number of entries.
 struct SectionArrays {
-    /// A fieldEnd; then for each entry its folded name and folded keywords, each with a fieldEnd behind it; then
-    /// scanPadding more.
+    /// A fieldEnd; then for each entry its folded name and folded keywords, each with a fieldEnd behind it;
+    /// then scanPadding more.
     std::span<const char> folded;
-    std::span<const std::uint32_t> nameStart;     ///< n + 1, into folded; the last one is where the entries end
+    std::span<const std::uint32_t> nameStart; ///< n + 1, into folded; the last one is where the entries end
     std::span<const std::uint32_t> keywordsStart; ///< n, into folded
-    std::span<const std::uint32_t> entryOfChunk;  ///< for every 64 bytes of folded the entry that the first is part of
-    std::span<const ByteMask> nameMask;           ///< n
-    std::span<const ByteMask> keywordsMask;       ///< n, of all keywords together
-    std::span<const std::uint8_t> letterScores;   ///< n for each letter of byte_mask.h, or none at all: the score of
-                                                  ///< the one-letter term, 0 for no match
-    std::span<const char> shown;                  ///< for each entry character, name and keywords, a fieldEnd each
-    std::span<const std::uint32_t> shownStart;    ///< n + 1, into shown
-    std::span<const std::uint16_t> block;         ///< n, into the block names
-    std::span<const char> blockNames;             ///< a fieldEnd behind each
-    std::span<const std::uint32_t> rank;          ///< n: popularity, or noRank
-    std::span<const std::uint32_t> byCharacter;   ///< n: the entries in the byte order of their characters
+    std::span<const std::uint32_t>
+        entryOfChunk;                   ///< for every 64 bytes of folded the entry that the first is part of
+    std::span<const ByteMask> nameMask; ///< n
+    std::span<const ByteMask> keywordsMask;     ///< n, of all keywords together
+    std::span<const std::uint8_t> letterScores; ///< n for each letter of byte_mask.h, or none at all: the
+                                                ///< score of the one-letter term, 0 for no match
+    std::span<const char> shown; ///< for each entry character, name and keywords, a fieldEnd each
+    std::span<const std::uint32_t> shownStart;  ///< n + 1, into shown
+    std::span<const std::uint16_t> block;       ///< n, into the block names
+    std::span<const char> blockNames;           ///< a fieldEnd behind each
+    std::span<const std::uint32_t> rank;        ///< n: popularity, or noRank
+    std::span<const std::uint32_t> byCharacter; ///< n: the entries in the byte order of their characters
 
     /// Calls `visit` with each array, in a fixed order.
     template<typename Self, typename Visitor>
@@ -46,8 +47,8 @@ struct SectionArrays {
     }
 };
 
-/// A run of catalogue entries in their order, laid out to be searched: immutable, shared, any thread. Entries are
-/// numbered from 0.
+/// A run of catalogue entries in their order, laid out to be searched: immutable, shared, any thread. Entries
+/// are numbered from 0.
 class SearchSection {
 public:
     SearchSection();
@@ -83,6 +84,8 @@ public:
 
     /// The first entry with this character.
     std::optional<std::uint32_t> find(std::string_view character) const;
+    /// In entry order.
+    std::span<const std::uint32_t> findAll(std::string_view character) const;
 
 private:
     std::string_view text(std::size_t begin, std::size_t end) const {

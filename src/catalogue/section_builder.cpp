@@ -23,11 +23,12 @@ std::uint32_t sizeOf(const std::vector<char>& bytes) {
 } // namespace
 
 SectionArrays SectionBuilder::Storage::arrays() const {
-    return {folded, nameStart, keywordsStart, entryOfChunk, nameMask,   keywordsMask, letterScores,
-            shown,  shownStart, block,        blockNames,   rank,       byCharacter};
+    return {folded, nameStart,  keywordsStart, entryOfChunk, nameMask, keywordsMask, letterScores,
+            shown,  shownStart, block,         blockNames,   rank,     byCharacter};
 }
 
-SectionBuilder::SectionBuilder() : storage_(std::make_unique<Storage>()) {
+SectionBuilder::SectionBuilder()
+    : storage_(std::make_unique<Storage>()) {
     storage_->folded.push_back(fieldEnd);
 }
 
@@ -79,7 +80,8 @@ void SectionBuilder::finishIndexes() {
     s.byCharacter.resize(s.rank.size());
     std::iota(s.byCharacter.begin(), s.byCharacter.end(), 0u);
     const auto character = [&](std::uint32_t of) {
-        const std::string_view fields(s.shown.data() + s.shownStart[of], s.shownStart[of + 1] - s.shownStart[of]);
+        const std::string_view fields(s.shown.data() + s.shownStart[of],
+                                      s.shownStart[of + 1] - s.shownStart[of]);
         return fields.substr(0, fields.find(fieldEnd));
     };
     std::ranges::stable_sort(s.byCharacter, {}, character);
@@ -96,6 +98,19 @@ std::shared_ptr<const SearchSection> SectionBuilder::build(bool withLetterScores
     auto section = std::make_shared<const SearchSection>(storage->arrays(), storage);
     *this = SectionBuilder();
     return section;
+}
+
+std::shared_ptr<const SearchSection> sectionOf(std::span<const EmojiEntry> entries, bool withLetterScores) {
+    SectionBuilder builder;
+    for (const auto& entry : entries) {
+        const std::vector<std::string_view> keywords(entry.keywords.begin(), entry.keywords.end());
+        const std::vector<std::string_view> folded(entry.foldedKeywords.begin(), entry.foldedKeywords.end());
+        const auto rank =
+            entry.popularityRank == notRanked ? noRank : static_cast<std::uint32_t>(entry.popularityRank);
+        builder.add(
+            {entry.character, entry.name, keywords, entry.foldedName, folded, entry.unicodeBlock, rank});
+    }
+    return builder.build(withLetterScores);
 }
 
 } // namespace glyma

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "catalogue/catalogue_values.h"
 #include "catalogue/search_section.h"
 
 #include <map>
@@ -56,5 +57,8 @@ private:
     std::unique_ptr<Storage> storage_;
     std::map<std::string, std::uint16_t, std::less<>> blockNumbers_;
 };
+
+std::shared_ptr<const SearchSection> sectionOf(std::span<const EmojiEntry> entries,
+                                               bool withLetterScores = false);
 
 } // namespace glyma

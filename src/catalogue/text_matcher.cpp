@@ -71,7 +71,9 @@ std::optional<int> fuzzyTermScore(const SearchSection& section, std::uint32_t en
 class Matcher {
 public:
     Matcher(const SearchSection& section, const QueryTerms& query, const MatchRules& rules)
-        : section_(section), terms_(query.terms()), rules_(rules) {}
+        : section_(section)
+        , terms_(query.terms())
+        , rules_(rules) {}
 
     std::vector<TextMatch> run() {
         matches_.reserve(std::min<std::size_t>(section_.size(), 256));
@@ -88,12 +90,14 @@ public:
 private:
     bool hasLetterScores() const {
         const auto& needle = terms_.front().needle;
-        return needle.size() == 1 && letterIndex(needle.first()) >= 0 && !section_.arrays().letterScores.empty();
+        return needle.size() == 1 && letterIndex(needle.first()) >= 0 &&
+               !section_.arrays().letterScores.empty();
     }
 
     void matchLetter(int letter) {
         const auto size = section_.size();
-        const auto scores = section_.arrays().letterScores.subspan(static_cast<std::size_t>(letter) * size, size);
+        const auto scores =
+            section_.arrays().letterScores.subspan(static_cast<std::size_t>(letter) * size, size);
         matches_.resize(size);
         std::size_t count = 0;
         for (std::uint32_t entry = 0; entry < size; ++entry) {
@@ -112,10 +116,11 @@ private:
     void matchFound(std::size_t inName) {
         const auto candidatesEnd = inName == 0 ? terms_.size() : inName;
         const auto scanned = static_cast<std::size_t>(std::distance(
-            terms_.begin(), std::max_element(terms_.begin(), terms_.begin() + static_cast<std::ptrdiff_t>(candidatesEnd),
-                                             [](const Term& left, const Term& right) {
-                                                 return left.needle.size() < right.needle.size();
-                                             })));
+            terms_.begin(),
+            std::max_element(terms_.begin(), terms_.begin() + static_cast<std::ptrdiff_t>(candidatesEnd),
+                             [](const Term& left, const Term& right) {
+                                 return left.needle.size() < right.needle.size();
+                             })));
         const auto& needle = terms_[scanned].needle;
         const auto text = section_.folded();
         forEachOccurrence(text, needle, [&](std::size_t place) -> std::size_t {
@@ -160,7 +165,8 @@ private:
 
 } // namespace
 
-std::vector<TextMatch> matchText(const SearchSection& section, const QueryTerms& query, const MatchRules& rules) {
+std::vector<TextMatch> matchText(const SearchSection& section, const QueryTerms& query,
+                                 const MatchRules& rules) {
     if (query.empty() || section.size() == 0)
         return {};
     return Matcher(section, query, rules).run();

@@ -23,10 +23,11 @@ struct MatchRules {
     std::size_t termsInName = 0;
 };
 
-/// Scores every entry whose name or keywords match all terms: the average of the terms' scores, each decided by the
-/// name or else by the first keyword that matches.
-/// \return in entry order; none for a query without terms. Any thread.
-std::vector<TextMatch> matchText(const SearchSection& section, const QueryTerms& query, const MatchRules& rules);
+/// Scores every entry whose name or keywords match all terms: the average of the terms' scores, each decided
+/// by the name or else by the first keyword that matches. \return in entry order; none for a query without
+/// terms. Any thread.
+std::vector<TextMatch> matchText(const SearchSection& section, const QueryTerms& query,
+                                 const MatchRules& rules);
 
 /// SectionArrays::letterScores for a section that has none.
 std::vector<std::uint8_t> letterScores(const SearchSection& section);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "catalogue/catalogue_values.h"
+#include "catalogue/picker_items.h"
 #include "catalogue/store_lifecycle.h"
 #include "data/resources.h"
 #include "data/store.h"
@@ -11,18 +12,19 @@
 #include "preferences/log.h"
 #include "preferences/user_preferences.h"
 
+#include <cstdint>
 #include <expected>
 #include <functional>
 #include <memory>
-#include <random>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace glyma {
 
-/// Handle of a search whose second phase is still to come. Destroying it does not cancel; a cancelled search never
-/// delivers. Main thread.
+/// Handle of a search whose second phase is still to come. Destroying it does not cancel; a cancelled search
+/// never delivers. Main thread.
 class SearchTask {
 public:
     virtual ~SearchTask() = default;
@@ -39,14 +41,16 @@ struct CatalogueServices {
     Log& log;
     const ResourceLocator& resources;
     FontCoverage& fonts;
+    /// Makes random picks repeatable; none: seeded by the system.
+    std::optional<std::uint64_t> randomSeed = std::nullopt;
 };
 
-/// The one owner of the character catalogue: the in-memory index that the first search phase reads, the learned
-/// usage, the random pools and the store behind them. Main thread, but for the store query of the second phase and
-/// the import, which run on background threads with connections of their own.
+/// The one owner of the character catalogue: the in-memory index that the first search phase reads, the
+/// learned usage, the random pools and the store behind them. Main thread, but for the store query of the
+/// second phase and the import, which run on background threads with connections of their own.
 class UnicodeDataManager {
 public:
-    using OnResults = std::function<void(std::vector<PickerItem> items, bool isFinal)>;
+    using OnResults = std::function<void(PickerItems items, bool isFinal)>;
 
     UnicodeDataManager(CatalogueServices services, Store store);
     ~UnicodeDataManager();
@@ -73,10 +77,9 @@ public:
     std::vector<EmojiEntry> allKeywordedCharacters() const;
 
     // Search
-    /// Ranks the catalogue against the text after the trigger. Delivers once before it returns; when that delivery is
-    /// not final, delivers again, final, unless cancelled.
-    /// \param query  as typed, UTF-8.
-    /// \return the second phase, or null when there is none.
+    /// Ranks the catalogue against the text after the trigger. Delivers once before it returns; when that
+    /// delivery is not final, delivers again, final, unless cancelled. \param query  as typed, UTF-8. \return
+    /// the second phase, or null when there is none.
     std::shared_ptr<SearchTask> search(const std::string& query, OnResults onResults);
 
     // Learning

@@ -29,13 +29,22 @@ std::optional<char> upperCaseDigit(char letter) {
 std::string makeUuid() {
     std::random_device device;
     std::string uuid(canonicalLength, '-');
-    for (std::size_t index = 0; index < canonicalLength; ++index)
-        if (!isHyphenPlace(index))
-            uuid[index] = digits[device() % digits.size()];
-    // RFC 9562: the version is the first digit of the third group, the variant the top two bits of the
-    // fourth.
+    std::uint32_t bits = 0;
+    int unused = 0;
+    for (std::size_t index = 0; index < canonicalLength; ++index) {
+        if (isHyphenPlace(index))
+            continue;
+        if (unused == 0) {
+            bits = device();
+            unused = 8;
+        }
+        uuid[index] = digits[bits % 16];
+        bits /= 16;
+        --unused;
+    }
+    // RFC 9562: the version is the first digit of the third group, the variant the top two bits of the fourth.
     uuid[14] = '4';
-    uuid[19] = digits[8 + device() % 4];
+    uuid[19] = digits[8 + digits.find(uuid[19]) % 4];
     return uuid;
 }
 

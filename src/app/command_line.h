@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <expected>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace glyma {
+
+/// What the user asked for.
+struct RunCommand {};
+struct SearchCommand {
+    std::string query;
+    bool json = false;
+    bool fuzzy = false;
+    std::optional<std::size_t> limit;
+};
+struct ImportCommand {
+    bool force = false;
+};
+struct DoctorCommand {
+    bool json = false;
+};
+struct QuitCommand {};
+using Command = std::variant<RunCommand, SearchCommand, ImportCommand, DoctorCommand, QuitCommand>;
+
+/// Exit status of the program.
+namespace status {
+inline constexpr int done = 0;
+inline constexpr int failed = 1; ///< the reason is on standard error
+inline constexpr int wrongUse = 2;
+} // namespace status
+
+/// \return the command, or the exit status after help, version or a complaint has been printed.
+std::expected<Command, int> parseCommandLine(int argc, char** argv);
+
+} // namespace glyma

@@ -1,0 +1,30 @@
+#pragma once
+
+/// The interface between the program and its desktop module, which is loaded only when a command needs it: plain C
+/// types, because each side has a copy of the core of its own.
+extern "C" {
+
+enum GlymaDesktopTask {
+    glymaDesktopRun,      ///< the program itself, until it is told to end
+    glymaDesktopQuit,     ///< tell the running program to end and wait until it has
+    glymaDesktopDiagnose, ///< look at what the desktop offers
+};
+
+struct GlymaDesktopRequest {
+    /// The program's; a module of another version refuses.
+    const char* version;
+    GlymaDesktopTask task;
+    int argc;
+    char** argv;
+    /// For glymaDesktopDiagnose: told each finding; `state` is a Diagnosis::State. Texts hold during the call.
+    void (*report)(void* context, const char* name, int state, const char* why, const char* mend);
+    void* context;
+};
+
+/// \return the exit status of the program.
+using GlymaDesktopMain = int (*)(const GlymaDesktopRequest* request);
+}
+
+namespace glyma {
+inline constexpr const char* desktopEntryPoint = "glymaDesktopMain";
+}

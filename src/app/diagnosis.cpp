@@ -1,0 +1,55 @@
+#include "app/diagnosis.h"
+
+#include "app/command_line.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <string_view>
+
+namespace glyma {
+
+namespace {
+
+std::string_view word(Diagnosis::State state) {
+    switch (state) {
+    case Diagnosis::State::ok:
+        return "ok";
+    case Diagnosis::State::limited:
+        return "limited";
+    case Diagnosis::State::missing:
+        break;
+    }
+    return "missing";
+}
+
+} // namespace
+
+std::string diagnosesAsText(std::span<const Diagnosis> diagnoses) {
+    std::size_t nameColumns = 0;
+    for (const auto& diagnosis : diagnoses)
+        nameColumns = std::max(nameColumns, diagnosis.name.size());
+    std::string text;
+    for (const auto& [name, state, why, mend] : diagnoses) {
+        text += fmt::format("{:<7}  {:<{}}  {}\n", word(state), name, nameColumns, why);
+        if (!mend.empty())
+            text += fmt::format("{:<{}}→ {}\n", "", nameColumns + 11, mend);
+    }
+    return text;
+}
+
+std::string diagnosesAsJson(std::span<const Diagnosis> diagnoses) {
+    auto list = nlohmann::ordered_json::array();
+    for (const auto& [name, state, why, mend] : diagnoses)
+        list.push_back({{"name", name}, {"state", word(state)}, {"why", why}, {"mend", mend}});
+    return list.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+int exitStatus(std::span<const Diagnosis> diagnoses) {
+    const bool works = std::ranges::none_of(
+        diagnoses, [](const Diagnosis& diagnosis) { return diagnosis.state == Diagnosis::State::missing; });
+    return works ? status::done : status::failed;
+}
+
+} // namespace glyma

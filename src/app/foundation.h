@@ -1,0 +1,32 @@
+#pragma once
+
+#include "data/resources.h"
+#include "platform/linux/xdg/autostart_login_item.h"
+#include "platform/linux/xdg/desktop_entries.h"
+#include "platform/linux/xdg/folders.h"
+#include "platform/linux/xdg/journal_log_sink.h"
+#include "platform/linux/xdg/json_settings_store.h"
+#include "platform/linux/xdg/system_clock.h"
+#include "preferences/debug_config.h"
+#include "preferences/log.h"
+#include "preferences/user_preferences.h"
+
+namespace glyma {
+
+/// What the program and its commands have in common, in the order in which one needs the other.
+struct Foundation {
+    Foundation();
+
+    xdg::Folders folders;
+    xdg::SystemClock clock;
+    xdg::JournalLogSink logSink;
+    xdg::JsonSettingsStore settings;
+    DebugConfig debug;
+    Log log;
+    xdg::DesktopEntries applications;
+    xdg::AutostartLoginItem loginItem;
+    UserPreferences preferences;
+    ResourceLocator resources;
+};
+
+} // namespace glyma

@@ -1,0 +1,98 @@
+#include "platform/linux/xdg/desktop_entries.h"
+#include "temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace glyma::xdg {
+namespace {
+
+namespace fs = std::filesystem;
+
+class DesktopEntriesTest : public testing::Test {
+protected:
+    void add(const fs::path& place, const std::string& keys) {
+        writeText(place, "# comment\n[Desktop Entry]\nType=Application\nName=X\nExec=x\n" + keys +
+                             "\n[Desktop Action New]\nHidden=true\nStartupWMClass=Action\n");
+    }
+
+    TemporaryFolder temporary;
+    fs::path own = temporary.path() / "own/applications";
+    fs::path system = temporary.path() / "system/applications";
+    DesktopEntries entries{{own.parent_path(), temporary.path() / "absent", system.parent_path()},
+                           (temporary.path() / "bin").string()};
+};
+
+TEST_F(DesktopEntriesTest, AnIdIsInstalledWhenItsFirstEntryCanBeStarted) {
+    add(system / "org.example.Plain.desktop", "");
+    add(system / "kde/okular.desktop", "");
+    add(system / "a/b-c/d.desktop", "");
+    add(system / "hidden.desktop", "Hidden=true");
+    add(system / "deleted.desktop", "");
+    add(own / "deleted.desktop", "Hidden = true");
+    add(system / "needs.desktop", "TryExec=needed");
+    add(system / "needs-absolute.desktop", "TryExec=/bin/sh");
+    writeText(system / "damaged.desktop", "Type=Application\n[Desktop Entr");
+    writeText(system / "link.desktop", "[Desktop Entry]\nType=Link\nURL=x\n");
+    fs::create_directories(system / "folder.desktop");
+    EXPECT_TRUE(entries.isInstalled("org.example.Plain"));
+    EXPECT_TRUE(entries.isInstalled("kde-okular"));
+    EXPECT_TRUE(entries.isInstalled("a-b-c-d"));
+    EXPECT_TRUE(entries.isInstalled("needs-absolute"));
+    for (const auto* id : {"org.example.plain", "okular", "hidden", "deleted", "needs", "damaged", "link",
+                           "folder", "", "../applications/org.example.Plain", "kde/okular"})
+        EXPECT_FALSE(entries.isInstalled(id)) << id;
+    writeText(temporary.path() / "bin/needed", "");
+    fs::permissions(temporary.path() / "bin/needed", fs::perms::owner_all);
+    EXPECT_TRUE(entries.isInstalled("needs"));
+}
+
+TEST_F(DesktopEntriesTest, WindowsAreIdentifiedByTheBestClueTheyGive) {
+    add(system / "org.example.Editor.desktop", "");
+    add(system / "debian-xterm.desktop", "StartupWMClass=XTerm");
+    add(system / "org.kde.konsole.desktop", "StartupWMClass=konsole");
+    add(system / "browser.desktop", "StartupWMClass=Browser");
+    add(system / "browser-mail.desktop", "StartupWMClass=crx_mail");
+    add(system / "aaa-handler.desktop", "StartupWMClass=Browser\nNoDisplay=true");
+    add(system / "Kitty.desktop", "");
+    add(system / "some-app.desktop", "");
+    add(system / "emacsclient.desktop", "StartupWMClass=Emacs");
+    add(system / "gone.desktop", "Hidden=true\nStartupWMClass=Gone");
+    const struct {
+        WindowIdentity window;
+        std::optional<std::string> expected;
+    } cases[] = {
+        {{"org.example.Editor", "xterm", "XTerm"}, "org.example.Editor"},
+        {{"org.example.Editor.desktop", "", ""}, "org.example.Editor"},
+        {{"org.example.Absent", "xterm", "XTerm"}, "debian-xterm"},
+        {{"", "my-name", "XTerm"}, "debian-xterm"},
+        {{"", "x", "Konsole"}, "org.kde.konsole"},
+        {{"", "crx_mail", "Browser"}, "browser-mail"},
+        {{"", "navigator", "Browser"}, "browser"},
+        {{"", "emacs", "kitty"}, "Kitty"},
+        {{"", "x", "Some App"}, "some-app"},
+        {{"", "some-app", "Unknown"}, "some-app"},
+        {{"", "gone", "Gone"}, "gone"},
+        {{"", "action", "Action"}, "action"},
+        {{"", "instance", "UnKnown"}, "unknown"},
+        {{"", "Instance", ""}, "instance"},
+        {{"org.example.Absent", "", ""}, std::nullopt},
+        {{"", "", ""}, std::nullopt},
+    };
+    for (const auto& [window, expected] : cases)
+        EXPECT_EQ(entries.identifierFor(window), expected)
+            << window.applicationId << '/' << window.wmClassInstance << '/' << window.wmClassName;
+}
+
+TEST_F(DesktopEntriesTest, AnApplicationInstalledLaterIsFound) {
+    add(system / "sub/old.desktop", "StartupWMClass=Old");
+    fs::last_write_time(system / "sub", fs::file_time_type::clock::now() - std::chrono::hours(1));
+    const WindowIdentity window{"", "new", "New"};
+    EXPECT_EQ(entries.identifierFor(window), "new");
+    add(system / "sub/org.example.New.desktop", "StartupWMClass=New");
+    EXPECT_EQ(entries.identifierFor(window), "sub-org.example.New");
+    add(own / "org.example.Other.desktop", "StartupWMClass=Other");
+    EXPECT_EQ(entries.identifierFor({"", "other", "Other"}), "org.example.Other");
+}
+
+} // namespace
+} // namespace glyma::xdg
