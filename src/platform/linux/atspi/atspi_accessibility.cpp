@@ -14,6 +14,8 @@ namespace {
 
 constexpr Milliseconds deadline{150};
 constexpr int descentLimit = 30;
+/// A starting application shows its window before it is on the bus.
+constexpr int prepareAttempts = 4;
 
 constexpr auto failure(AccessibilityError error) {
     return std::unexpected(error);
@@ -89,6 +91,12 @@ bool AtspiAccessibility::focusIsPasswordField() const {
     return session_->isPasswordField();
 }
 
+void AtspiAccessibility::prepare(pid_t process) {
+    if (process > 0 && process != getpid() && !session_->isAbsent())
+        session_->worker().post(
+            [session = session_.get(), process] { session->prepare(process, prepareAttempts); });
+}
+
 BusStatus AtspiAccessibility::status() const {
     return session_->status();
 }
@@ -114,13 +122,18 @@ Accessibility::Result<Value> AtspiAccessibility::request(const ElementReference&
             if (session->isUnresponsive(process))
                 return failure(AccessibilityError::timedOut);
             Conversation ask(abandoned);
+            session->setCurrent(process);
             Result<Value> result = job(*session, *element, process, ask);
+            session->setCurrent(0);
             if (!ask.isOver())
                 return result;
             session->setUnresponsive(process);
             return failure(AccessibilityError::timedOut);
         });
-    return answer.value_or(failure(AccessibilityError::timedOut));
+    if (answer)
+        return *answer;
+    session_->blameCurrent();
+    return failure(AccessibilityError::timedOut);
 }
 
 Accessibility::Result<AttributeValue> AtspiAccessibility::attributeValue(const ElementReference& reference,

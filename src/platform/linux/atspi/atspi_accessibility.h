@@ -39,6 +39,9 @@ public:
 
     /// Whether the element that has the focus hides what is typed. Never waits.
     bool focusIsPasswordField() const;
+    /// Looks for the focus of an application that has come to the front, so that the first question finds it
+    /// known: a toolkit that tells nothing when it starts costs up to 100 ms. Returns at once.
+    void prepare(pid_t process);
     /// What was found at the start, for those who ask why nothing works. Waits until that is known, at most
     /// two seconds.
     BusStatus status() const;

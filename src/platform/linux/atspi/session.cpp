@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::chrono::seconds unresponsiveFor{2};
 constexpr std::chrono::seconds statusWait{2};
+constexpr Milliseconds prepareInterval{500};
 
 /// atspi_init always connects the bus to the default event loop, which is Qt's; it can be moved only
 /// afterwards. Until then nobody else may run that loop.
@@ -90,6 +91,24 @@ bool AtspiAccessibility::Session::isUnresponsive(pid_t process) const {
 void AtspiAccessibility::Session::setUnresponsive(pid_t process) {
     const std::scoped_lock lock(mutex_);
     unresponsiveUntil_[process] = std::chrono::steady_clock::now() + unresponsiveFor;
+}
+
+void AtspiAccessibility::Session::blameCurrent() {
+    if (const auto process = current_.load(); process != 0)
+        setUnresponsive(process);
+}
+
+void AtspiAccessibility::Session::prepare(pid_t process, int attempts) {
+    if (!trackerReady_ || attempts == 0 || isUnresponsive(process))
+        return;
+    const std::atomic<bool> abandoned = false;
+    Conversation ask(abandoned);
+    if (tracker_->focusedElement(process, ask))
+        return;
+    if (ask.timedOut())
+        setUnresponsive(process);
+    else
+        worker_.postAfter(prepareInterval, [this, process, attempts] { prepare(process, attempts - 1); });
 }
 
 pid_t AtspiAccessibility::Session::frontProcess() {

@@ -54,11 +54,15 @@ public:
     bool isAbsent() const { return isAbsent_; }
     bool isUnresponsive(pid_t process) const;
     bool isPasswordField() const { return tracker_ && trackerReady_ && tracker_->isPasswordField(); }
+    /// Somebody has waited in vain for the application that is being asked now.
+    void blameCurrent();
     BusStatus status() const;
     const Worker& worker() const { return worker_; }
 
     // Worker thread
     void setUnresponsive(pid_t process);
+    void setCurrent(pid_t process) { current_ = process; }
+    void prepare(pid_t process, int attempts);
     FocusTracker& tracker() { return *tracker_; }
     /// Where the contents of the active window begin on the desktop.
     std::optional<Point> windowOrigin(pid_t process, Conversation& ask);
@@ -75,6 +79,7 @@ private:
     std::atomic<bool> trackerReady_ = false;
     std::promise<BusStatus> statusPromise_;
     std::shared_future<BusStatus> status_ = statusPromise_.get_future().share();
+    std::atomic<pid_t> current_ = 0;
     mutable std::mutex mutex_;
     std::map<pid_t, std::chrono::steady_clock::time_point> unresponsiveUntil_;
     std::optional<ActiveWindow> activeWindow_;

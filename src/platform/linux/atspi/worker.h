@@ -27,6 +27,7 @@ public:
 
     /// Runs the job after those before it and does not wait.
     void post(std::function<void()> job) const { post(context_.get(), std::move(job)); }
+    void postAfter(Milliseconds delay, std::function<void()> job) const;
     static void post(GMainContext* context, std::function<void()> job);
 
     /// Runs the job and waits for its result, at most until the deadline. The job is told by the flag that
