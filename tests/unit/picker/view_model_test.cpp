@@ -19,7 +19,10 @@ protected:
     ViewModel() {
         catalogue.start();
         desktop.advance(10ms);
-        model.setOnItemsChanged([this] { ++assignments; });
+        model.setOnItemsChanged([this] {
+            ++assignments;
+            sizes.push_back(count());
+        });
         changes = model.changed.connect([this] { ++notifications; });
     }
     ~ViewModel() override {
@@ -55,6 +58,7 @@ protected:
                                  makeStore()};
     EmojiPickerViewModel model{catalogue};
     int assignments = 0;
+    std::vector<std::ptrdiff_t> sizes;
     int notifications = 0;
     Subscription changes;
 };
@@ -73,7 +77,8 @@ TEST_F(ViewModel, ANewQueryOrAResetDropsTheSearchInFlight) {
     model.setQuery("squiggle");
     model.setQuery("arrow");
     settle();
-    EXPECT_EQ(count(), 10) << "not what the first query found";
+    EXPECT_EQ(count(), 10);
+    EXPECT_THAT(sizes, testing::Not(testing::Contains(1))) << "what the first query found was never shown";
     model.setQuery("squiggle");
     model.reset();
     const auto before = assignments;
