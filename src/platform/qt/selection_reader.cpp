@@ -113,16 +113,15 @@ Property SelectionReader::Connection::takeProperty() {
     }
 }
 
-/// The next accepted event, or null when none came within the silence or the total allowed.
+/// The next accepted event, or null when none came in time.
 template<typename Accept>
 Owned<xcb_generic_event_t> SelectionReader::Connection::waitFor(Accept accept) {
-    const auto deadline = std::min(SteadyClock::now() + silenceAllowed, end);
-    xcb_flush(xcb);
+        xcb_flush(xcb);
     for (;;) {
         while (Owned<xcb_generic_event_t> event{xcb_poll_for_event(xcb)})
             if (accept(*event))
                 return event;
-        const auto left = std::chrono::ceil<Milliseconds>(deadline - SteadyClock::now());
+        const auto left = std::chrono::ceil<Milliseconds>(end - SteadyClock::now());
         if (left.count() <= 0 || xcb_connection_has_error(xcb))
             return nullptr;
         pollfd descriptor{xcb_get_file_descriptor(xcb), POLLIN, 0};
@@ -178,11 +177,13 @@ bool SelectionReader::works() const {
 
 ClipboardSnapshot SelectionReader::read() {
     auto& connection = *connection_;
-    connection.end = SteadyClock::now() + totalAllowed;
     bool ownerIsSilent = false;
+    connection.end = SteadyClock::now() + silenceAllowed;
     const auto list = connection.convert(connection.targets, ownerIsSilent);
     if (!list)
         return {};
+    // One that answers is alive; it may need longer to turn a large picture into a file.
+    connection.end = SteadyClock::now() + totalAllowed;
     std::vector<xcb_atom_t> targets(list->size() / sizeof(xcb_atom_t));
     std::memcpy(targets.data(), list->data(), targets.size() * sizeof(xcb_atom_t));
 
