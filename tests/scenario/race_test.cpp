@@ -72,6 +72,7 @@ TEST_F(Race, APickerThatTheApplicationSwitchOvertookIsNotShown) {
     settle();
     EXPECT_FALSE(window.isShown);
     EXPECT_FALSE(monitor.isPanelVisible());
+    EXPECT_THAT(shown(), IsEmpty()) << "nor searched for";
     desktop.press(keycode::returnKey);
     EXPECT_EQ(other.text(), ":sm\n");
 }

@@ -37,6 +37,7 @@ void SimulatedTap::enable() {
 void SimulatedTap::claim(const KeyClaims& claims) {
     const std::lock_guard lock(mutex_);
     claims_ = claims;
+    isOvertaken_ |= delivering_ != std::this_thread::get_id();
 }
 
 Verdict SimulatedTap::deliver(const KeyEvent& event) {
@@ -49,6 +50,8 @@ Verdict SimulatedTap::deliver(const KeyEvent& event) {
         callback = callback_;
         before = claims_;
         wasDisabled = isDisabled_;
+        delivering_ = std::this_thread::get_id();
+        isOvertaken_ = false;
         isHeldByUs = event.isAutorepeat && consumedKey_ == event.keyCode;
     }
     if (!callback)
@@ -63,7 +66,7 @@ Verdict SimulatedTap::deliver(const KeyEvent& event) {
         return Verdict::pass;
     const std::lock_guard lock(mutex_);
     consumedKey_ = isConsumed ? std::optional(event.keyCode) : std::nullopt;
-    if (isConsumed != (isHeldByUs || wasClaimed(before, event)))
+    if (!isOvertaken_ && isConsumed != (isHeldByUs || wasClaimed(before, event)))
         disagreements_.push_back(
             "key " + std::to_string(event.keyCode) + " flags " + std::to_string(event.flags) +
             (isConsumed ? " was consumed but not claimed" : " was claimed but not consumed"));
