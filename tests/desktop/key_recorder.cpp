@@ -1,123 +1,159 @@
-// A window that takes the focus and prints every key and focus event it gets, one line each:
-//   ready | press KEYSYM STATE | release KEYSYM STATE | focus-in MODE | focus-out MODE
+// A plain window that takes the focus and prints what its application would get, one line each:
+//
+//     ready 0x400001
+//     press keycode=39 keysym=s state=0x1 text="S"
+//     release keycode=39 keysym=s state=0x1
+//     focus in mode=normal
+//
+// Times are left out so that two runs compare. Ends with the X server or when its standard input closes.
 
+#include <fmt/format.h>
 #include <xcb/xcb.h>
 #include <xkbcommon/xkbcommon-x11.h>
-#include <xkbcommon/xkbcommon.h>
 
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <poll.h>
 #include <string>
-#include <utility>
+#include <string_view>
+#include <unistd.h>
 
 namespace {
 
-template<auto Release>
-struct Releaser {
-    template<typename Object>
-    void operator()(Object* object) const { Release(object); }
-};
-using Connection = std::unique_ptr<xcb_connection_t, Releaser<xcb_disconnect>>;
-using Context = std::unique_ptr<xkb_context, Releaser<xkb_context_unref>>;
-using Keymap = std::unique_ptr<xkb_keymap, Releaser<xkb_keymap_unref>>;
-using Event = std::unique_ptr<xcb_generic_event_t, Releaser<std::free>>;
-
-/// Names keys by the first level of their first layout, shifted where Shift is held.
-class KeyNames {
-public:
-    explicit KeyNames(xcb_connection_t* connection)
-        : context_(xkb_context_new(XKB_CONTEXT_NO_FLAGS))
-        , keymap_(xkb_x11_keymap_new_from_device(context_.get(), connection,
-                                                 xkb_x11_get_core_keyboard_device_id(connection),
-                                                 XKB_KEYMAP_COMPILE_NO_FLAGS)) {}
-
-    std::string name(xcb_keycode_t keycode, bool shifted) const {
-        const xkb_keysym_t* keysyms = nullptr;
-        const auto levels = xkb_keymap_num_levels_for_key(keymap_.get(), keycode, 0);
-        const xkb_level_index_t level = shifted && levels > 1 ? 1 : 0;
-        if (xkb_keymap_key_get_syms_by_level(keymap_.get(), keycode, 0, level, &keysyms) != 1)
-            return "none";
-        std::array<char, 64> text{};
-        xkb_keysym_get_name(keysyms[0], text.data(), text.size());
-        return text.data();
+struct Keyboard {
+    explicit Keyboard(xcb_connection_t* server)
+        : connection(server)
+        , context(xkb_context_new(XKB_CONTEXT_NO_FLAGS)) {
+        xkb_x11_setup_xkb_extension(server, 1, 0, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr,
+                                    nullptr, nullptr);
+        reload();
+    }
+    void reload() {
+        xkb_keymap_unref(keymap);
+        xkb_state_unref(state);
+        keymap = xkb_x11_keymap_new_from_device(context, connection,
+                                                xkb_x11_get_core_keyboard_device_id(connection),
+                                                XKB_KEYMAP_COMPILE_NO_FLAGS);
+        state = xkb_state_new(keymap);
+    }
+    // A core event carries its modifiers in the low byte and its layout in bits 13 and 14.
+    void use(std::uint16_t eventState) {
+        xkb_state_update_mask(state, eventState & 0xFF, 0, 0, 0, 0, (eventState >> 13) & 3);
     }
 
-private:
-    Context context_;
-    Keymap keymap_;
+    xcb_connection_t* connection;
+    xkb_context* context;
+    xkb_keymap* keymap = nullptr;
+    xkb_state* state = nullptr;
 };
 
-xcb_window_t openWindow(xcb_connection_t* connection) {
-    const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
-    const auto window = xcb_generate_id(connection);
-    const std::array<std::uint32_t, 2> values{
-        screen->white_pixel, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE | XCB_EVENT_MASK_FOCUS_CHANGE |
-                                 XCB_EVENT_MASK_STRUCTURE_NOTIFY};
-    xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, screen->root, 100, 100, 500, 300, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK,
-                      values.data());
-    const std::string title = "key recorder";
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
-                        static_cast<std::uint32_t>(title.size()), title.data());
-    xcb_map_window(connection, window);
-    xcb_flush(connection);
-    return window;
+void say(const std::string& line) {
+    std::puts(line.c_str());
+    std::fflush(stdout);
 }
 
-const char* modeName(std::uint8_t mode) {
-    switch (mode) {
-    case XCB_NOTIFY_MODE_NORMAL:
-        return "normal";
-    case XCB_NOTIFY_MODE_GRAB:
-        return "grab";
-    case XCB_NOTIFY_MODE_UNGRAB:
-        return "ungrab";
-    default:
-        return "while-grabbed";
+std::string quoted(std::string_view text) {
+    std::string result = "\"";
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte < 0x20 || byte == 0x7F)
+            result += fmt::format("\\x{:02x}", byte);
+        else if (character == '"' || character == '\\')
+            result += {'\\', character};
+        else
+            result += character;
     }
+    return result + '"';
+}
+
+std::string_view nameOfMode(std::uint8_t mode) {
+    static constexpr std::array<std::string_view, 4> names = {"normal", "grab", "ungrab", "while-grabbed"};
+    return mode < names.size() ? names[mode] : "unknown";
+}
+
+void record(const xcb_key_press_event_t& event, bool isPress, Keyboard& keyboard) {
+    keyboard.use(event.state);
+    std::array<char, 64> name{};
+    xkb_keysym_get_name(xkb_state_key_get_one_sym(keyboard.state, event.detail), name.data(), name.size());
+    auto line = fmt::format("{} keycode={} keysym={} state=0x{:x}", isPress ? "press" : "release",
+                            event.detail, name.data(), event.state);
+    if (isPress) {
+        std::array<char, 64> text{};
+        xkb_state_key_get_utf8(keyboard.state, event.detail, text.data(), text.size());
+        line += " text=" + quoted(text.data());
+    }
+    say(line);
+}
+
+void handle(const xcb_generic_event_t& event, Keyboard& keyboard) {
+    switch (const auto type = event.response_type & 0x7F; type) {
+    case XCB_KEY_PRESS:
+    case XCB_KEY_RELEASE:
+        record(reinterpret_cast<const xcb_key_press_event_t&>(event), type == XCB_KEY_PRESS, keyboard);
+        break;
+    case XCB_FOCUS_IN:
+    case XCB_FOCUS_OUT:
+        say(fmt::format("focus {} mode={}", type == XCB_FOCUS_IN ? "in" : "out",
+                        nameOfMode(reinterpret_cast<const xcb_focus_in_event_t&>(event).mode)));
+        break;
+    case XCB_MAPPING_NOTIFY:
+        keyboard.reload();
+        break;
+    default:
+        break;
+    }
+}
+
+xcb_window_t openWindow(xcb_connection_t* server) {
+    const auto* const screen = xcb_setup_roots_iterator(xcb_get_setup(server)).data;
+    const auto window = xcb_generate_id(server);
+    const std::array<std::uint32_t, 2> values = {
+        screen->white_pixel, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE |
+                                 XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY};
+    xcb_create_window(server, XCB_COPY_FROM_PARENT, window, screen->root, 100, 100, 400, 200, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual,
+                      XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values.data());
+    constexpr std::string_view name = "key_recorder";
+    xcb_change_property(server, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
+                        name.size(), name.data());
+    constexpr std::string_view wmClass("key_recorder\0KeyRecorder\0", 25);
+    xcb_change_property(server, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+                        wmClass.size(), wmClass.data());
+    xcb_map_window(server, window);
+    xcb_flush(server);
+    return window;
 }
 
 } // namespace
 
 int main() {
-    const Connection connection(xcb_connect(nullptr, nullptr));
-    if (xcb_connection_has_error(connection.get())) {
-        std::fputs("key_recorder: there is no display\n", stderr);
-        return 1;
+    auto* const server = xcb_connect(nullptr, nullptr);
+    if (xcb_connection_has_error(server)) {
+        std::fputs("key_recorder: no X display\n", stderr);
+        return EXIT_FAILURE;
     }
-    xkb_x11_setup_xkb_extension(connection.get(), XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
-                                XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr);
-    const KeyNames names(connection.get());
-    const auto window = openWindow(connection.get());
-    bool hasFocus = false;
-    while (const Event event{xcb_wait_for_event(connection.get())}) {
-        switch (event->response_type & ~0x80) {
-        case XCB_MAP_NOTIFY:
-            xcb_set_input_focus(connection.get(), XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
-            xcb_flush(connection.get());
-            break;
-        case XCB_KEY_PRESS:
-        case XCB_KEY_RELEASE: {
-            const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(*event);
-            const bool pressed = (event->response_type & ~0x80) == XCB_KEY_PRESS;
-            std::printf("%s %s %u\n", pressed ? "press" : "release",
-                        names.name(key.detail, key.state & XCB_MOD_MASK_SHIFT).c_str(), key.state);
-            break;
+    Keyboard keyboard(server);
+    const auto window = openWindow(server);
+    bool isReady = false;
+    while (!xcb_connection_has_error(server)) {
+        while (const std::unique_ptr<xcb_generic_event_t, decltype(&std::free)> event{
+            xcb_poll_for_event(server), &std::free}) {
+            if ((event->response_type & 0x7F) == XCB_MAP_NOTIFY && !isReady) {
+                xcb_set_input_focus(server, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+                xcb_flush(server);
+                say(fmt::format("ready 0x{:x}", window));
+                isReady = true;
+            }
+            handle(*event, keyboard);
         }
-        case XCB_FOCUS_IN:
-        case XCB_FOCUS_OUT: {
-            const auto& focus = reinterpret_cast<const xcb_focus_in_event_t&>(*event);
-            const bool in = (event->response_type & ~0x80) == XCB_FOCUS_IN;
-            std::printf("%s %s\n", in ? "focus-in" : "focus-out", modeName(focus.mode));
-            if (in && !std::exchange(hasFocus, true))
-                std::puts("ready");
+        std::array<pollfd, 2> descriptors{pollfd{xcb_get_file_descriptor(server), POLLIN, 0},
+                                          pollfd{STDIN_FILENO, POLLIN, 0}};
+        poll(descriptors.data(), descriptors.size(), -1);
+        char ignored = 0;
+        if (descriptors[1].revents && read(STDIN_FILENO, &ignored, 1) <= 0)
             break;
-        }
-        default:
-            break;
-        }
-        std::fflush(stdout);
     }
+    return EXIT_SUCCESS;
 }

@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """Which keys reach the application: all of them but those that drive the open picker, in the same order."""
 
+import re
 import subprocess
 import threading
 import time
@@ -13,11 +14,11 @@ RECORDER = BINARY.parent / "key_recorder"
 
 
 class Recorder:
-    """A window that prints every key event it gets: "press KEYSYM STATE", "release KEYSYM STATE", "focus-in MODE"."""
+    """A window that prints the key and focus events it gets, as an application would."""
 
     def __init__(self, desktop):
         self.lines = []
-        self.process = desktop.start([RECORDER], stdout=subprocess.PIPE, text=True)
+        self.process = desktop.start([RECORDER], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         threading.Thread(target=self._read, daemon=True).start()
         wait_until(lambda: any(line.startswith("ready") for line in self.lines), 10, "the recorder")
         self.lines.clear()
@@ -27,11 +28,11 @@ class Recorder:
             self.lines.append(line.strip())
 
     def pressed(self):
-        return [line.split()[1] for line in self.lines if line.startswith("press ")]
+        return [re.search(r"keysym=(\S+)", line)[1] for line in self.lines if line.startswith("press ")]
 
     def focus_changes(self):
         """Those that an application notices: a grab's own come with another mode."""
-        return [line for line in self.lines if line.startswith("focus") and "normal" in line.lower()]
+        return [line for line in self.lines if line.startswith("focus") and "mode=normal" in line]
 
 
 class Keys(unittest.TestCase):

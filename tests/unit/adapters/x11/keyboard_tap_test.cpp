@@ -1,6 +1,8 @@
 #include "platform/linux/x11/echo_ledger.h"
 #include "x11_fixture.h"
 
+#include <fmt/format.h>
+
 namespace glyma::x11::testing {
 
 namespace {
@@ -149,6 +151,22 @@ TEST_F(TextTest, aBurstKeepsOrderAndShift) {
         typedText += event.text;
     }
     EXPECT_EQ(typedText, expected);
+}
+
+TEST_F(TextTest, keysAreHeardWithinAFractionOfAMillisecond) {
+    std::vector<double> delays;
+    for (int round = 0; round < 200; ++round) {
+        const auto start = std::chrono::steady_clock::now();
+        user->press(pc::s);
+        heard.nextKey();
+        const std::chrono::duration<double, std::milli> delay = std::chrono::steady_clock::now() - start;
+        delays.push_back(delay.count());
+        user->release(pc::s);
+        user->sync();
+    }
+    std::ranges::sort(delays);
+    fmt::print("key to callback: median {:.3f} ms, 95th percentile {:.3f} ms\n", delays[100], delays[190]);
+    EXPECT_LT(delays[100], 5.0);
 }
 
 TEST_F(TextTest, suppressedKeysAreNotHandedOver) {
