@@ -123,10 +123,15 @@ class ApplicationTest(unittest.TestCase):
                        "<textarea></textarea><div contenteditable><p>one</p><p>two</p></div><input type=password>")
         process, window = self.desktop.open(
             "firefox-esr", "--profile", self.desktop.home, "--new-instance", "file://" + page, window="glymapage")
-        for role in ("AXTextField", "AXTextArea", "AXTextArea"):
-            with self.subTest(role=role):
+        for field, role in (("input", "AXTextField"), ("textarea", "AXTextArea"), ("editable", "AXTextArea")):
+            with self.subTest(field=field):
                 self.focus(role)
                 self.assertFalse(self.probe("password"))
+                if field == "editable":  # each paragraph is an element of its own
+                    self.desktop.key("ctrl+End")
+                    self.focus(role)
+                    self.assertEqual(self.probe("get", "AXValue"), "two")
+                    self.assertEqual(self.probe("get", "AXSelectedTextRange"), [3, 0])
                 self.desktop.key("ctrl+a", "BackSpace")
                 self.focus(role)
                 caret = self.write()
