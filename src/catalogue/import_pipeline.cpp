@@ -5,6 +5,7 @@
 #include <exception>
 #include <future>
 #include <stdexcept>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -104,11 +105,11 @@ private:
     /// fills anew.
     ImportSummary write(bool wasEmpty) {
         begin("Inserting characters");
+        ImportedCharacters characters(data_, kept_);
+        characters.build([&](std::string_view sequence) { return pipeline_.fonts.canDraw(sequence); });
         auto transaction = orAbort(store_.begin());
         if (wasEmpty && orAbort(store_.characterCount()) > 0)
             return foundImported();
-        ImportedCharacters characters(data_, kept_);
-        characters.build([&](std::string_view sequence) { return pipeline_.fonts.canDraw(sequence); });
         orAbort(store_.insertCharacters(characters.records()));
         pipeline_.log.debug("Glyma: enriched {} characters with Unikemet descriptions",
                             characters.enrichedCount());

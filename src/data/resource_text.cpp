@@ -20,12 +20,16 @@ std::expected<std::string, std::string> readFile(const std::filesystem::path& pa
     std::ifstream file(path, std::ios::binary);
     std::error_code error;
     const auto size = std::filesystem::file_size(path, error);
-    if (!file || error)
+    std::string text;
+    std::size_t length = 0;
+    while (file && !error) {
+        text.resize(length == 0 ? size + 1 : length * 2); // one byte more tells the end in one go
+        file.read(text.data() + length, static_cast<std::streamsize>(text.size() - length));
+        length += static_cast<std::size_t>(file.gcount());
+    }
+    if (!file.eof() || file.bad())
         return std::unexpected(std::string(std::strerror(error ? error.value() : errno)));
-    std::string text(size, '\0');
-    file.read(text.data(), static_cast<std::streamsize>(size));
-    if (file.bad() || static_cast<std::uintmax_t>(file.gcount()) != size)
-        return std::unexpected(std::string("it ended before its size"));
+    text.resize(length);
     return text;
 }
 

@@ -39,12 +39,13 @@ struct MonitorServices {
     std::function<void()> closeCharacterInfo;
 };
 
-/// The spine of the program: sees every key, recognises the trigger and the query after it, opens the picker at the
-/// caret, keeps its query in step with the typing, forwards the navigation keys and acts on the choice.
+/// The spine of the program: sees every key, recognises the trigger and the query after it, opens the picker
+/// at the caret, keeps its query in step with the typing, forwards the navigation keys and acts on the
+/// choice.
 ///
 /// Threads: the tap thread runs the callback; the main thread everything else. The five values that both need
-/// (State below) are guarded by one lock held for one short step at a time; every change of them that alters which keys
-/// would be consumed announces the new claims to the tap in the same step.
+/// (State below) are guarded by one lock held for one short step at a time; every change of them that alters
+/// which keys would be consumed announces the new claims to the tap in the same step.
 class KeyboardMonitor {
 public:
     explicit KeyboardMonitor(MonitorServices services);

@@ -43,7 +43,7 @@ class Signal {
 public:
     using Listener = std::function<void(Arguments...)>;
 
-    [[nodiscard]] Subscription connect(Listener listener) {
+    [[nodiscard]] Subscription connect(Listener listener) const {
         const auto id = listeners_->next++;
         listeners_->byId.emplace(id, std::make_shared<Listener>(std::move(listener)));
         return Subscription([weak = std::weak_ptr(listeners_), id] {

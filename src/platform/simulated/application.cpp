@@ -78,11 +78,12 @@ std::string readable(const std::vector<ReceivedKey>& keys, bool isInjected) {
 } // namespace
 
 Application::Application(FrontApplication identity, Manner manner, VirtualClock& clock,
-                         SimulatedClipboard& clipboard)
+                         SimulatedClipboard& clipboard, SimulatedClipboard& primarySelection)
     : identity_(std::move(identity))
     , manner_(std::move(manner))
     , clock_(clock)
-    , clipboard_(clipboard) {
+    , clipboard_(clipboard)
+    , primarySelection_(primarySelection) {
     fields_.push_back(std::make_unique<TextField>());
 }
 
@@ -164,13 +165,24 @@ void Application::apply(const KeyEvent& event) {
         actOnKey(event);
 }
 
+void Application::pasteLater(const SimulatedClipboard& from) {
+    clock_.schedule(manner_.pasteLag, [this, &from] {
+        const std::lock_guard lock(mutex_);
+        focused().insert(from.text());
+    });
+}
+
 bool Application::actOnChord(const KeyEvent& event) {
     const KeyChord chord{event.keyCode, event.flags & chordFlags};
-    if (std::ranges::find(manner_.pasteChords, chord) != manner_.pasteChords.end()) {
-        clock_.schedule(manner_.pasteLag, [this] {
-            const std::lock_guard lock(mutex_);
-            focused().insert(clipboard_.text());
-        });
+    const auto isOneOf = [&chord](const std::vector<KeyChord>& chords) {
+        return std::ranges::find(chords, chord) != chords.end();
+    };
+    if (isOneOf(manner_.pasteChords)) {
+        pasteLater(clipboard_);
+        return true;
+    }
+    if (isOneOf(manner_.primaryPasteChords)) {
+        pasteLater(primarySelection_);
         return true;
     }
     if (!(event.flags & modifier::controlOptionOrCommand))

@@ -26,7 +26,8 @@ struct ReceivedKey {
 /// Any thread, but for the construction.
 class Application {
 public:
-    Application(FrontApplication identity, Manner manner, VirtualClock& clock, SimulatedClipboard& clipboard);
+    Application(FrontApplication identity, Manner manner, VirtualClock& clock, SimulatedClipboard& clipboard,
+                SimulatedClipboard& primarySelection);
 
     const FrontApplication& identity() const { return identity_; }
     const Manner& manner() const { return manner_; }
@@ -71,6 +72,7 @@ private:
     void typeText(const std::string& text);
     void actOnKey(const KeyEvent& event);
     bool actOnChord(const KeyEvent& event);
+    void pasteLater(const SimulatedClipboard& from);
     TextField& focused() { return *fields_[focusedField_]; }
     const TextField& focused() const { return *fields_[focusedField_]; }
 
@@ -78,6 +80,7 @@ private:
     const Manner manner_;
     VirtualClock& clock_;
     SimulatedClipboard& clipboard_;
+    SimulatedClipboard& primarySelection_;
     mutable std::recursive_mutex mutex_;
     std::vector<std::unique_ptr<TextField>> fields_;
     std::size_t focusedField_ = 0;

@@ -19,21 +19,23 @@ ClipboardSnapshot SimulatedClipboard::snapshot() {
 }
 
 void SimulatedClipboard::setTransientText(const std::string& text) {
-    replace({{textType, text}, {secretHint, "secret"}});
+    replace({{textType, text}, {secretHint, "secret"}}, true);
 }
 
 void SimulatedClipboard::restore(const ClipboardSnapshot& snapshot) {
-    replace(snapshot);
+    if (isOurs_)
+        replace(snapshot, false);
 }
 
 void SimulatedClipboard::set(ClipboardSnapshot contents) {
-    replace(std::move(contents));
+    replace(std::move(contents), false);
 }
 
-void SimulatedClipboard::replace(ClipboardSnapshot contents) {
+void SimulatedClipboard::replace(ClipboardSnapshot contents, bool isOurs) {
     const std::lock_guard lock(mutex_);
     history_.push_back({valueOf(contents, textType), !valueOf(contents, secretHint).empty()});
     contents_ = std::move(contents);
+    isOurs_ = isOurs;
 }
 
 ClipboardSnapshot SimulatedClipboard::contents() const {

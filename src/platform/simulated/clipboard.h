@@ -8,7 +8,7 @@
 
 namespace glyma::simulated {
 
-/// A clipboard of several types. Remembers every text that was on it.
+/// A selection of several types, the clipboard or the primary one. Remembers every text that was on it.
 class SimulatedClipboard : public Clipboard {
 public:
     static constexpr const char* textType = "text/plain;charset=utf-8";
@@ -33,10 +33,11 @@ public:
     std::vector<Entry> history() const;
 
 private:
-    void replace(ClipboardSnapshot contents);
+    void replace(ClipboardSnapshot contents, bool isOurs);
 
     mutable std::mutex mutex_;
     ClipboardSnapshot contents_;
+    bool isOurs_ = false; ///< what is there is the transient text
     std::vector<Entry> history_;
 };
 

@@ -52,7 +52,7 @@ Application* Desktop::front() const {
 Application& Desktop::open(const std::string& identifier, const Manner& manner) {
     const FrontApplication identity{identifier.empty() ? std::nullopt : std::optional(identifier),
                                     nextProcess_++};
-    auto application = std::make_unique<Application>(identity, manner, clock, clipboard);
+    auto application = std::make_unique<Application>(identity, manner, clock, clipboard, primarySelection);
     auto& opened = *application;
     {
         const std::lock_guard lock(mutex_);

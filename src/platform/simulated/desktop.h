@@ -42,6 +42,7 @@ public:
     VirtualClock clock;
     SimulatedTap tap;
     SimulatedClipboard clipboard;
+    SimulatedClipboard primarySelection;
     SimulatedAccessibility accessibility;
     SimulatedScreens screens;
     SimulatedBell bell;

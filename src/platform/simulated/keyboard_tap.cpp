@@ -37,17 +37,22 @@ void SimulatedTap::enable() {
 void SimulatedTap::claim(const KeyClaims& claims) {
     const std::lock_guard lock(mutex_);
     claims_ = claims;
+    isOvertaken_ |= delivering_ != std::this_thread::get_id();
 }
 
 Verdict SimulatedTap::deliver(const KeyEvent& event) {
     Callback callback;
     KeyClaims before;
     bool wasDisabled = false;
+    bool isHeldByUs = false;
     {
         const std::lock_guard lock(mutex_);
         callback = callback_;
         before = claims_;
         wasDisabled = isDisabled_;
+        delivering_ = std::this_thread::get_id();
+        isOvertaken_ = false;
+        isHeldByUs = event.isAutorepeat && consumedKey_ == event.keyCode;
     }
     if (!callback)
         return Verdict::pass;
@@ -57,12 +62,14 @@ Verdict SimulatedTap::deliver(const KeyEvent& event) {
     }
     const auto verdict = callback(event);
     const bool isConsumed = verdict == Verdict::consume;
-    if (event.type == KeyEvent::Type::keyDown && isConsumed != wasClaimed(before, event)) {
-        const std::lock_guard lock(mutex_);
+    if (event.type != KeyEvent::Type::keyDown)
+        return Verdict::pass;
+    const std::lock_guard lock(mutex_);
+    consumedKey_ = isConsumed ? std::optional(event.keyCode) : std::nullopt;
+    if (!isOvertaken_ && isConsumed != (isHeldByUs || wasClaimed(before, event)))
         disagreements_.push_back(
             "key " + std::to_string(event.keyCode) + " flags " + std::to_string(event.flags) +
             (isConsumed ? " was consumed but not claimed" : " was claimed but not consumed"));
-    }
     return verdict;
 }
 

@@ -3,7 +3,9 @@
 #include "platform/keyboard_tap.h"
 
 #include <mutex>
+#include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace glyma::simulated {
@@ -32,6 +34,9 @@ private:
     Callback callback_;
     KeyClaims claims_;
     bool isDisabled_ = false;
+    std::optional<std::uint16_t> consumedKey_; ///< what grabs a key keeps its repeats too, until it is let go
+    std::thread::id delivering_;
+    bool isOvertaken_ = false; ///< another thread claimed while a key was being delivered
     std::vector<std::string> disagreements_;
 };
 

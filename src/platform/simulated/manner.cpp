@@ -18,7 +18,8 @@ Manner silent() {
 
 Manner terminal() {
     auto manner = silent();
-    manner.pasteChords = {controlShiftV, shiftInsert};
+    manner.pasteChords = {controlShiftV};
+    manner.primaryPasteChords = {shiftInsert};
     manner.typesControlCharacters = true;
     return manner;
 }

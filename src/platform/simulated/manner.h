@@ -42,7 +42,8 @@ struct Manner {
     std::chrono::milliseconds keyLag{0};    ///< a key takes effect this much later
     std::chrono::milliseconds pasteLag{10}; ///< the clipboard is read this much after the chord
     std::vector<KeyChord> pasteChords{controlV, shiftInsert};
-    bool typesControlCharacters = false; ///< a terminal: Control and a letter types ^ and the letter
+    std::vector<KeyChord> primaryPasteChords; ///< these paste the primary selection
+    bool typesControlCharacters = false;      ///< a terminal: Control and a letter types ^ and the letter
     bool isSingleLine = false;
     bool deletesWholeCharacters = true;             ///< a backspace removes a grapheme cluster, not a scalar
     std::map<std::string, std::string> completions; ///< after this text, that text appears, selected
@@ -52,7 +53,7 @@ struct Manner {
 Manner wellBehaved();
 /// Tells accessibility nothing at all.
 Manner silent();
-/// Silent, and pastes with other chords.
+/// Silent; pastes the clipboard with Ctrl+Shift+V and the primary selection with Shift+Insert.
 Manner terminal();
 /// Selects when asked to, then ignores the new text and says it took it.
 Manner ignoresReplacement();

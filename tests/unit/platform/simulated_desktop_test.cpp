@@ -118,12 +118,13 @@ TEST(SimulatedApplication, EditsAsItsMannerSays) {
 TEST(SimulatedApplication, PastesOnItsOwnChordOnly) {
     Desktop desktop;
     desktop.clipboard.setText("pasted");
+    desktop.primarySelection.setText("primary");
     auto& shell = desktop.open("terminal", terminal());
-    const KeyChord chords[] = {controlV, shiftInsert, {keycode::backspace, 0}};
+    const KeyChord chords[] = {controlV, {keycode::backspace, 0}, controlShiftV, shiftInsert};
     EXPECT_TRUE(desktop.inject(chords));
     desktop.advance(20ms);
-    EXPECT_EQ(shell.text(), "^pasted") << "Control+V types ^V, the backspace takes the V";
-    EXPECT_EQ(shell.keysInjected(), "<Control+V><Shift+Insert><BackSpace>");
+    EXPECT_EQ(shell.text(), "^pastedprimary") << "Control+V types ^V, the backspace takes the V";
+    EXPECT_EQ(shell.keysInjected(), "<Control+V><BackSpace><Control+Shift+V><Shift+Insert>");
     EXPECT_EQ(shell.keysFromUser(), "");
 }
 

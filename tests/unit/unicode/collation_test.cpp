@@ -69,8 +69,8 @@ TEST(Collator, KeysCompareLikeTheTexts) {
                                             "grin 😀",
                                             "中",
                                             "a\xFF",
-                                            std::string(300, 'x'),
-                                            std::string(300, 'x') + "é"};
+                                            std::string(300, 'x') + "a",
+                                            std::string(300, 'x') + "b"};
     for (const auto& left : names) {
         for (const auto& right : names)
             EXPECT_EQ(collator.less(left, right), collator.sortKey(left) < collator.sortKey(right))

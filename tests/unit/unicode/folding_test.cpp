@@ -35,7 +35,9 @@ TEST(Fold, KeepsScriptsWhoseVowelsAreMarks) {
 TEST(Fold, IsStableUnderRepetitionForEveryScalar) {
     // Each scalar alone, after a letter, after and before marks: whatever composes must stay composed.
     constexpr char32_t batch = 64;
-    for (char32_t first = 0; first <= 0x10FFFF; first += batch) {
+    for (char32_t first = 0; first < 0xE1000; first += batch) {
+        if (first == 0x40000)
+            first = 0xE0000; // nothing is assigned between, nor after but for private use
         std::u32string text;
         for (auto scalar = first; scalar < first + batch; ++scalar) {
             for (const auto* before : {U" ", U" a", U" \u0338"})
@@ -44,6 +46,17 @@ TEST(Fold, IsStableUnderRepetitionForEveryScalar) {
         const auto once = fold(fromScalars(text));
         ASSERT_EQ(fold(once), once) << fmt::format("from U+{:04X}", static_cast<std::uint32_t>(first));
     }
+}
+
+TEST(Lowercased, ChangesTheLettersOfAsciiAlone) {
+    std::string text;
+    std::string expected;
+    for (char byte = 0; byte < 127; ++byte) {
+        text += byte;
+        expected += static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte + 32 : byte);
+    }
+    for (std::size_t start = 0; start < 16; ++start) // each byte at each place of a machine word
+        EXPECT_EQ(lowercased(text.substr(start)), expected.substr(start));
 }
 
 TEST(Lowercased, IsThatOfNoLanguage) {

@@ -1,0 +1,154 @@
+#include "monitor/trigger_machine.h"
+
+#include "unicode/text.h"
+
+namespace glyma {
+
+namespace {
+
+constexpr std::size_t longestText = 8;
+
+struct Row {
+    TriggerState state;
+    KeyMeaning key;
+    Transition transition;
+};
+
+using enum TriggerState;
+using enum KeyMeaning;
+
+constexpr auto pass = Verdict::pass;
+constexpr auto consume = Verdict::consume;
+
+constexpr Row table[] = {
+    {idle, trigger, {pending, Effect::rememberSource, pass}},
+
+    {pending, character, {open, Effect::showPanel, pass}},
+    {pending, trigger, {open, Effect::showPanel, pass}},
+    {pending, deadKey, {pending, Effect::keepPending, pass}},
+    {pending, command, {pending, Effect::none, pass}},
+    {pending, optionDelete, {idle, Effect::none, pass}},
+    {pending, optionCharacter, {idle, Effect::none, pass}},
+
+    {open, character, {open, Effect::queryTyped, pass}},
+    {open, trigger, {open, Effect::queryTyped, pass}},
+    {open, space, {open, Effect::queryTyped, pass}},
+    {open, backspace, {open, Effect::queryDeleted, pass}},
+    {open, backspaceToTrigger, {pending, Effect::dismissPanel, pass}},
+    {open, down, {open, Effect::moveDown, consume}},
+    {open, up, {open, Effect::moveUp, consume}},
+    {open, choose, {idle, Effect::choose, consume}},
+    {open, escape, {idle, Effect::dismissPanel, consume}},
+    {open, moveCaret, {idle, Effect::dismissPanel, pass}},
+    {open, command, {idle, Effect::dismissPanel, pass}},
+    {open, optionDelete, {idle, Effect::dismissPanel, pass}},
+    {open, optionCharacter, {idle, Effect::dismissPanel, pass}},
+};
+
+// The range in which desktops report keys that type nothing.
+bool isFunctionKeyScalar(char32_t scalar) {
+    return scalar >= 0xF700 && scalar <= 0xF8FF;
+}
+
+bool isVisible(std::string_view text) {
+    const auto first = unicode::firstScalar(text);
+    return first >= 0x20 && first != 0x7F && !isFunctionKeyScalar(first);
+}
+
+// Keys that never compose: an empty text of theirs is no dead key's. Tab, Insert, Page Up, Forward Delete,
+// Page Down and F1 to F12, in the canonical numbering.
+bool typesNothing(std::uint16_t keyCode) {
+    switch (keyCode) {
+    case 48:
+    case keycode::insert:
+    case 116:
+    case 117:
+    case 121:
+    case 122:
+    case 120:
+    case 99:
+    case 118:
+    case 96:
+    case 97:
+    case 98:
+    case 100:
+    case 101:
+    case 109:
+    case 103:
+    case 111:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// The keypad's period and digits (82 to 92, without 90), which move the caret while Num Lock is off.
+bool isKeypadKey(std::uint16_t keyCode) {
+    return keyCode == 65 || (keyCode >= 82 && keyCode <= 92 && keyCode != 90);
+}
+
+KeyMeaning meaningOfText(std::uint16_t keyCode, std::string_view text, std::string_view triggerCharacter) {
+    if (text.empty()) {
+        if (isKeypadKey(keyCode))
+            return moveCaret;
+        return typesNothing(keyCode) ? other : deadKey;
+    }
+    if (text == triggerCharacter)
+        return trigger;
+    if (text == " ")
+        return space;
+    return isVisible(text) ? character : other;
+}
+
+} // namespace
+
+std::string typedTextOf(const KeyEvent& event) {
+    return std::string(unicode::utf16Substring(event.text, 0, longestText));
+}
+
+KeyMeaning meaningOf(const KeyEvent& event, std::string_view text, std::string_view triggerCharacter,
+                     bool isLastCharacter) {
+    const bool isOption = event.flags & modifier::option;
+    if (event.flags & modifier::controlOrCommand)
+        return command;
+    switch (event.keyCode) {
+    case keycode::backspace:
+        return isOption ? optionDelete : isLastCharacter ? backspaceToTrigger : backspace;
+    case keycode::up:
+        return up;
+    case keycode::down:
+        return down;
+    case keycode::returnKey:
+    case keycode::keypadEnter:
+        return choose;
+    case keycode::escape:
+        return escape;
+    case keycode::home:
+    case keycode::end:
+    case keycode::left:
+    case keycode::right:
+        return moveCaret;
+    default:
+        break;
+    }
+    if (isOption)
+        return isVisible(text) ? optionCharacter : other;
+    return meaningOfText(event.keyCode, text, triggerCharacter);
+}
+
+Transition transition(TriggerState state, KeyMeaning key) {
+    for (const auto& row : table)
+        if (row.state == state && row.key == key)
+            return row.transition;
+    switch (state) {
+    case open:
+        return {open, Effect::none, pass};
+    case pending:
+        return {idle, Effect::clearPending, pass};
+    case idle:
+        break;
+    }
+    return {};
+}
+
+} // namespace glyma

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "platform/linux/atspi/conversation.h"
+#include "platform/linux/atspi/object.h"
+#include "platform/linux/atspi/toolkit.h"
+
+#include <atspi/atspi.h>
+
+#include <atomic>
+#include <chrono>
+#include <map>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace glyma::atspi {
+
+/// Knows which element has the focus in each application, from the events they send, and looks for it in one
+/// application where no event has told. Worker thread, but for isPasswordField.
+class FocusTracker {
+public:
+    /// Subscribes to the events; the bus must be connected.
+    FocusTracker();
+    ~FocusTracker();
+    FocusTracker(const FocusTracker&) = delete;
+    FocusTracker& operator=(const FocusTracker&) = delete;
+
+    /// The innermost text (or other element) with the focus; null when there is none or the application is
+    /// not on the bus.
+    Object<AtspiAccessible> focusedElement(pid_t process, Conversation& ask);
+    /// The process that had the focus last among those that tell; 0 when none has.
+    pid_t lastProcess() const { return lastProcess_; }
+    /// The application's own element, or null.
+    Object<AtspiAccessible> application(pid_t process, Conversation& ask);
+    Object<AtspiAccessible> activeWindow(AtspiAccessible* application, Conversation& ask);
+    pid_t processOf(AtspiAccessible* element, Conversation& ask);
+    /// Asked once for each application.
+    const Toolkit& toolkitOf(AtspiAccessible* element, Conversation& ask);
+
+    /// Whether the element that has the focus hides what is typed. Any thread.
+    bool isPasswordField() const { return isPasswordField_; }
+
+private:
+    static void onEvent(AtspiEvent* received, void* self);
+    void focusGained(AtspiAccessible* element, pid_t process, Conversation& ask);
+    void focusLost(AtspiAccessible* element, pid_t process);
+    void windowChanged(bool activated, pid_t process, Conversation& ask);
+    Object<AtspiAccessible> search(AtspiAccessible* application, Conversation& ask);
+    Object<AtspiAccessible> innermostText(Object<AtspiAccessible> element, Conversation& ask);
+
+    std::vector<Object<AtspiEventListener>> listeners_;
+    std::map<pid_t, Object<AtspiAccessible>> focused_;
+    std::map<pid_t, Object<AtspiAccessible>> applications_;
+    std::map<std::string, pid_t, std::less<>> processes_;
+    std::map<std::string, Toolkit, std::less<>> toolkits_;
+    /// When the processes that have no application on the bus were last looked for.
+    std::map<pid_t, std::chrono::steady_clock::time_point> absent_;
+    pid_t lastProcess_ = 0;
+    pid_t passwordProcess_ = 0;
+    std::atomic<bool> isPasswordField_ = false;
+};
+
+} // namespace glyma::atspi

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "platform/linux/atspi/active_window.h"
+#include "platform/linux/atspi/atspi_accessibility.h"
+#include "platform/linux/atspi/conversation.h"
+#include "platform/linux/atspi/focus_tracker.h"
+#include "platform/linux/atspi/object.h"
+#include "platform/linux/atspi/text_element.h"
+#include "platform/linux/atspi/worker.h"
+
+#include <atspi/atspi.h>
+
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+namespace glyma::atspi {
+
+/// An element of an application, the application as such, or the whole desktop.
+class AtspiAccessibility::Element : public AccessibilityElement {
+public:
+    enum class Kind { desktop, application, accessible };
+
+    explicit Element(Kind elementKind, pid_t elementProcess = 0)
+        : kind(elementKind)
+        , process(elementProcess) {}
+    /// \param workerContext  where the object is released.
+    Element(Object<AtspiAccessible> accessible, pid_t process, GMainContext* workerContext);
+    ~Element() override;
+    Element(const Element&) = delete;
+    Element& operator=(const Element&) = delete;
+
+    const Kind kind;
+    const pid_t process;
+    AtspiAccessible* const object = nullptr;
+    /// The last selection asked for was not made, so that nothing may be inserted in its stead.
+    mutable std::atomic<bool> refusedSelection = false;
+
+private:
+    GMainContext* const context_ = nullptr;
+};
+
+/// The connection to the bus and everything that lives on the worker thread.
+class AtspiAccessibility::Session {
+public:
+    explicit Session(Options options);
+    ~Session();
+
+    // Any thread
+    bool isAbsent() const { return isAbsent_; }
+    bool isUnresponsive(pid_t process) const;
+    bool isPasswordField() const { return tracker_ && trackerReady_ && tracker_->isPasswordField(); }
+    /// Somebody has waited in vain for the application that is being asked now.
+    void blameCurrent();
+    BusStatus status() const;
+    const Worker& worker() const { return worker_; }
+
+    // Worker thread
+    void setUnresponsive(pid_t process);
+    void setCurrent(pid_t process) { current_ = process; }
+    void prepare(pid_t process, int attempts);
+    FocusTracker& tracker() { return *tracker_; }
+    /// Where the contents of the active window begin on the desktop.
+    std::optional<Point> windowOrigin(pid_t process, Conversation& ask);
+    TextElement text(const Element& element, Conversation& ask);
+    /// The process in front; 0 when it is not known.
+    pid_t frontProcess();
+    ElementReference reference(Object<AtspiAccessible> element, pid_t process) const;
+    Result<AttributeValue> wrapped(Object<AtspiAccessible> element, pid_t process) const;
+
+private:
+    void connect(const Options& options);
+
+    std::atomic<bool> isAbsent_ = false;
+    std::atomic<bool> trackerReady_ = false;
+    std::promise<BusStatus> statusPromise_;
+    std::shared_future<BusStatus> status_ = statusPromise_.get_future().share();
+    std::atomic<pid_t> current_ = 0;
+    mutable std::mutex mutex_;
+    std::map<pid_t, std::chrono::steady_clock::time_point> unresponsiveUntil_;
+    std::optional<ActiveWindow> activeWindow_;
+    std::optional<FocusTracker> tracker_;
+    /// Last, so that it ends before what its jobs use.
+    Worker worker_;
+};
+
+} // namespace glyma::atspi

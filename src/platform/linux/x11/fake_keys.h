@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/linux/x11/connection.h"
+#include "platform/linux/x11/echo_ledger.h"
+
+#include <xcb/xinput.h>
+
+#include <vector>
+
+namespace glyma::x11 {
+
+/// Moves keys as if the user did, several in one go: nothing of the user's comes between them.
+class FakeKeys {
+public:
+    /// The device that moves no key of the user's keyboards.
+    static constexpr xcb_input_device_id_t ownDevice = 0;
+
+    /// \param device  a slave keyboard: the key then moves on it, so that the user's own later press or
+    /// release of
+    ///                it counts as done already.
+    void press(xcb_keycode_t key, xcb_input_device_id_t device = ownDevice) { add(key, true, device); }
+    void release(xcb_keycode_t key, xcb_input_device_id_t device = ownDevice) { add(key, false, device); }
+    void tap(xcb_keycode_t key) {
+        press(key);
+        release(key);
+    }
+    bool isEmpty() const { return moves_.empty(); }
+
+    /// Writes all of it to the connection's buffer; the caller flushes.
+    /// \param witness  the window in which the tap sees the marks; XCB_WINDOW_NONE when there is no tap.
+    /// \param ungrab   master keyboards that are let go first, should this connection hold them.
+    /// \return the sequence number of the mark behind the last key, 0 without a witness.
+    EchoLedger::Batch write(const Connection& connection, EchoLedger& echoes, xcb_window_t witness,
+                            const std::vector<xcb_input_device_id_t>& ungrab = {}) const;
+
+private:
+    struct Move {
+        KeyMove key;
+        xcb_input_device_id_t device = ownDevice;
+    };
+    void add(xcb_keycode_t key, bool isPress, xcb_input_device_id_t device) {
+        moves_.push_back({{key, isPress}, device});
+    }
+    std::vector<Move> moves_;
+};
+
+/// What a mark says, in the order of its 32-bit words: the batch, then whether it begins or ends it.
+struct EchoMark {
+    EchoLedger::Batch batch = 0;
+    bool isEnd = false;
+};
+/// The mark in a client message to the witness.
+EchoMark readMark(const xcb_client_message_event_t& event);
+
+} // namespace glyma::x11

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/linux/x11/fake_keys.h"
+#include "platform/linux/x11/keyboard_map.h"
+
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace glyma::x11 {
+
+/// A key that the user holds, and the slave keyboard it is on.
+struct HeldKey {
+    xcb_keycode_t key = 0;
+    xcb_input_device_id_t device = 0;
+};
+
+/// The keyboards of the session, asked from the server.
+struct Keyboards {
+    std::vector<xcb_input_device_id_t> masters;
+    std::vector<xcb_input_device_id_t> slaves;
+};
+Keyboards readKeyboards(const Connection& connection);
+/// Which modifiers are down. One round trip.
+std::vector<HeldKey> readHeldModifiers(const Connection& connection, const Keyboards& keyboards,
+                                       const KeyboardMap& map);
+/// The layout in effect.
+xkb_layout_index_t readLayout(const Connection& connection);
+
+struct Injection {
+    FakeKeys keys;
+    /// False when a chord's key is on no keyboard here.
+    bool isComplete = true;
+};
+
+/// Lifts what is held, types the chords, and presses again what was held.
+Injection planInjection(std::span<const KeyChord> chords, const std::vector<HeldKey>& held,
+                        const KeyboardMap& map, xkb_layout_index_t layout);
+
+} // namespace glyma::x11

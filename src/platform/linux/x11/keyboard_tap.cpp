@@ -1,0 +1,43 @@
+#include "platform/linux/x11/keyboard_tap.h"
+
+#include "platform/linux/x11/tap_listener.h"
+
+#include <utility>
+
+namespace glyma::x11 {
+
+KeyboardTap::KeyboardTap(TapOptions options)
+    : options_(std::move(options))
+    , link_(std::make_shared<KeyboardLink>(options_.display, options_.report)) {}
+
+KeyboardTap::~KeyboardTap() {
+    stop();
+}
+
+void KeyboardTap::setSuppressed(std::function<bool()> isSuppressed) {
+    isSuppressed_ = std::move(isSuppressed);
+}
+
+std::expected<void, std::string> KeyboardTap::start(Callback callback) {
+    stop();
+    auto listener = TapListener::create(options_.display,
+                                        {.callback = std::move(callback),
+                                         .isSuppressed = isSuppressed_,
+                                         .connectionLost = options_.connectionLost,
+                                         .report = options_.report},
+                                        *link_);
+    if (!listener)
+        return std::unexpected(listener.error());
+    listener_ = std::move(*listener);
+    return {};
+}
+
+void KeyboardTap::stop() {
+    listener_.reset();
+}
+
+void KeyboardTap::claim(const KeyClaims& claims) {
+    link_->claim(claims);
+}
+
+} // namespace glyma::x11

@@ -1,0 +1,110 @@
+#include "platform/linux/x11/window_reader.h"
+
+#include <xcb/res.h>
+
+#include <cstring>
+
+namespace glyma::x11 {
+
+WindowReader::WindowReader(const Connection& connection)
+    : connection_(connection)
+    , activeWindowAtom_(connection.atom("_NET_ACTIVE_WINDOW"))
+    , processAtom_(connection.atom("_NET_WM_PID"))
+    , gtkApplicationAtom_(connection.atom("_GTK_APPLICATION_ID"))
+    , kdeDesktopFileAtom_(connection.atom("_KDE_NET_WM_DESKTOP_FILE")) {}
+
+std::string WindowReader::text(xcb_window_t window, xcb_atom_t property) const {
+    constexpr std::uint32_t words = 256;
+    const auto cookie =
+        xcb_get_property(connection_.get(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, words);
+    const auto reply = owned(xcb_get_property_reply(connection_.get(), cookie, nullptr));
+    if (!reply || reply->format != 8)
+        return {};
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+            static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+std::uint32_t WindowReader::number(xcb_window_t window, xcb_atom_t property) const {
+    const auto cookie =
+        xcb_get_property(connection_.get(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1);
+    const auto reply = owned(xcb_get_property_reply(connection_.get(), cookie, nullptr));
+    std::uint32_t value = 0;
+    if (reply && reply->format == 32 && xcb_get_property_value_length(reply.get()) >= int{sizeof value})
+        std::memcpy(&value, xcb_get_property_value(reply.get()), sizeof value);
+    return value;
+}
+
+xcb_window_t WindowReader::windowManagerWindow() const {
+    const auto check = connection_.atom("_NET_SUPPORTING_WM_CHECK");
+    const auto window = number(connection_.root(), check);
+    // A window manager that has died leaves the property; the window it names would name itself.
+    return window != XCB_WINDOW_NONE && number(window, check) == window
+               ? window
+               : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
+}
+
+std::string WindowReader::windowManagerName() const {
+    const auto window = windowManagerWindow();
+    if (window == XCB_WINDOW_NONE)
+        return {};
+    const auto name = text(window, connection_.atom("_NET_WM_NAME"));
+    return name.empty() ? "unnamed" : name;
+}
+
+xcb_window_t WindowReader::activeWindow() const {
+    if (const auto active = number(connection_.root(), activeWindowAtom_); active != XCB_WINDOW_NONE)
+        return active;
+    if (hasWindowManager())
+        return XCB_WINDOW_NONE;
+    const auto focus = connection_.focus();
+    return focus <= XCB_INPUT_FOCUS_FOLLOW_KEYBOARD || focus == connection_.root()
+               ? static_cast<xcb_window_t>(XCB_WINDOW_NONE)
+               : topLevelOf(focus);
+}
+
+/// The first window upwards that names its class; frames and inner windows do not.
+xcb_window_t WindowReader::topLevelOf(xcb_window_t window) const {
+    for (auto each = window; each != XCB_WINDOW_NONE && each != connection_.root();) {
+        if (!text(each, XCB_ATOM_WM_CLASS).empty())
+            return each;
+        const auto tree =
+            owned(xcb_query_tree_reply(connection_.get(), xcb_query_tree(connection_.get(), each), nullptr));
+        each = tree ? tree->parent : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
+    }
+    return window;
+}
+
+WindowIdentity WindowReader::identity(xcb_window_t window) const {
+    WindowIdentity identity;
+    identity.applicationId = text(window, gtkApplicationAtom_);
+    if (identity.applicationId.empty())
+        identity.applicationId = text(window, kdeDesktopFileAtom_);
+    constexpr std::string_view suffix = ".desktop";
+    if (identity.applicationId.ends_with(suffix))
+        identity.applicationId.resize(identity.applicationId.size() - suffix.size());
+    // Two strings, each ended by a null character.
+    const auto wmClass = text(window, XCB_ATOM_WM_CLASS);
+    identity.wmClassInstance = wmClass.c_str();
+    if (wmClass.size() > identity.wmClassInstance.size())
+        identity.wmClassName = wmClass.c_str() + identity.wmClassInstance.size() + 1;
+    return identity;
+}
+
+pid_t WindowReader::process(xcb_window_t window) const {
+    if (const auto said = number(window, processAtom_); said != 0)
+        return static_cast<pid_t>(said);
+    if (!connection_.extension(xcb_res_id))
+        return 0;
+    const xcb_res_client_id_spec_t spec{.client = window, .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    const auto cookie = xcb_res_query_client_ids(connection_.get(), 1, &spec);
+    const auto reply = owned(xcb_res_query_client_ids_reply(connection_.get(), cookie, nullptr));
+    if (!reply)
+        return 0;
+    for (auto ids = xcb_res_query_client_ids_ids_iterator(reply.get()); ids.rem > 0;
+         xcb_res_client_id_value_next(&ids))
+        if (xcb_res_client_id_value_value_length(ids.data) > 0)
+            return static_cast<pid_t>(*xcb_res_client_id_value_value(ids.data));
+    return 0;
+}
+
+} // namespace glyma::x11
