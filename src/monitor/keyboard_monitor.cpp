@@ -125,9 +125,13 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
     }
 }
 
+/// On the main thread: an application that was never asked before can take tenths of a second to tell its focused
+/// element, and keys heard meanwhile would reach it before the keys they open the picker for are claimed.
 void KeyboardMonitor::Implementation::rememberSource() {
-    text.setSourceAppPID(state.frontProcess());
-    text.cacheSourceFocusedElement();
+    post([process = state.frontProcess()](Implementation& self) {
+        self.text.setSourceAppPID(process);
+        self.text.cacheSourceFocusedElement();
+    });
 }
 
 void KeyboardMonitor::Implementation::logFirstCharacter(const KeyEvent& event, bool isVisible) {
