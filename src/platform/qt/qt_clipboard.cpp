@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 
 #include <memory>
+#include <optional>
 
 namespace glyma::qt {
 
@@ -18,6 +19,24 @@ ClipboardSnapshot contentsOf(const QMimeData& data) {
         if (const auto bytes = data.data(format); !bytes.isNull())
             result.emplace_back(format.toStdString(), bytes.toStdString());
     return result;
+}
+
+/// The contents as Qt can offer them again. Qt serves the X targets for text only from a text of its own, whatever
+/// bytes stand under their names (QXcbMime::mimeDataForAtom).
+std::unique_ptr<QMimeData> offered(const ClipboardSnapshot& snapshot) {
+    auto data = std::make_unique<QMimeData>();
+    std::optional<QString> text;
+    for (const auto& [type, bytes] : snapshot) {
+        if (type == "UTF8_STRING")
+            text = QString::fromUtf8(QByteArray::fromStdString(bytes));
+        else if (type == "STRING" && !text)
+            text = QString::fromLatin1(QByteArray::fromStdString(bytes));
+        else if (type != "TEXT" && type != "COMPOUND_TEXT")
+            data->setData(QString::fromStdString(type), QByteArray::fromStdString(bytes));
+    }
+    if (text && !data->hasFormat(QStringLiteral("text/plain")))
+        data->setText(*text);
+    return data;
 }
 
 } // namespace
@@ -51,13 +70,10 @@ void QtClipboard::restore(const ClipboardSnapshot& snapshot) {
     transient_.clear();
     if (replacedMeanwhile)
         return;
-    auto data = std::make_unique<QMimeData>();
-    for (const auto& [type, bytes] : snapshot)
-        data->setData(QString::fromStdString(type), QByteArray::fromStdString(bytes));
     if (snapshot.empty())
         QGuiApplication::clipboard()->clear(mode_);
     else
-        QGuiApplication::clipboard()->setMimeData(data.release(), mode_);
+        QGuiApplication::clipboard()->setMimeData(offered(snapshot).release(), mode_);
 }
 
 } // namespace glyma::qt

@@ -64,6 +64,15 @@ TEST_F(QtClipboardTest, GivesBackEveryTypeByteForByte) {
     EXPECT_EQ(clipboard.snapshot().size() >= saved.size(), true);
 }
 
+TEST_F(QtClipboardTest, GivesBackATextOfferedUnderTheNamesOfXAlone) {
+    clipboard.setTransientText("😄");
+    clipboard.restore({{"UTF8_STRING", "plain 😀 text"}, {"STRING", "plain ? text"}});
+    EXPECT_EQ(valueOf(seenByOthers(), "UTF8_STRING"), "plain 😀 text");
+    clipboard.setTransientText("😄");
+    clipboard.restore({{"STRING", "caf\xE9"}});
+    EXPECT_EQ(valueOf(seenByOthers(), "UTF8_STRING"), "café");
+}
+
 TEST_F(QtClipboardTest, MarksTheTransientTextAsSecret) {
     clipboard.setTransientText("😄");
     EXPECT_EQ(valueOf(seenByOthers(), "x-kde-passwordManagerHint"), "secret");
