@@ -18,16 +18,19 @@ std::expected<Command, int> parseCommandLine(int argc, char** argv) {
     std::vector<std::string> words;
     auto* searchCommand = app.add_subcommand("search", "Rank the characters and snippets that match");
     searchCommand->add_flag("--json", search.json, "Print an array of objects with the parts of each score");
-    searchCommand->add_option("--limit", search.limit, "Print so many results at most")->check(CLI::PositiveNumber);
+    searchCommand->add_option("--limit", search.limit, "Print so many results at most")
+        ->check(CLI::PositiveNumber);
     searchCommand->add_flag("--fuzzy", search.fuzzy, "Let letters be left out");
     searchCommand->add_option("QUERY", words, "What would be typed after the trigger")->required();
 
     ImportCommand import;
-    auto* importCommand = app.add_subcommand("import", "Build the catalogue of characters, if there is none yet");
+    auto* importCommand =
+        app.add_subcommand("import", "Build the catalogue of characters, if there is none yet");
     importCommand->add_flag("--force", import.force, "Build it anew; what was learned stays");
 
     DoctorCommand doctor;
-    auto* doctorCommand = app.add_subcommand("doctor", "Tell what works here, what does not, why and how to mend it");
+    auto* doctorCommand =
+        app.add_subcommand("doctor", "Tell what works here, what does not, why and how to mend it");
     doctorCommand->add_flag("--json", doctor.json, "Print an array of objects");
 
     auto* quitCommand = app.add_subcommand("quit", "End the running program");

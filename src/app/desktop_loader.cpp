@@ -2,8 +2,9 @@
 
 #include "platform/linux/xdg/folders.h"
 
-#include <dlfcn.h>
 #include <fmt/format.h>
+
+#include <dlfcn.h>
 
 namespace glyma {
 
@@ -12,13 +13,11 @@ std::expected<int, std::string> callDesktop(const GlymaDesktopRequest& request) 
     // Qt cannot be unloaded, so the handle is never closed.
     void* module = ::dlopen(file.lexically_normal().c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!module)
-        return std::unexpected(fmt::format("the desktop part cannot be loaded ({}); install the program again, with "
-                                           "the Qt 6 libraries it needs",
-                                           ::dlerror()));
+        return std::unexpected(fmt::format("the desktop part cannot be loaded: {}", ::dlerror()));
     const auto entryPoint = reinterpret_cast<GlymaDesktopMain>(::dlsym(module, desktopEntryPoint));
     if (!entryPoint)
-        return std::unexpected(fmt::format("{} is not the desktop part of this program; install the program again",
-                                           file.lexically_normal().string()));
+        return std::unexpected(
+            fmt::format("{} is not the desktop part of this program", file.lexically_normal().string()));
     return entryPoint(&request);
 }
 

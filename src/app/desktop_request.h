@@ -1,7 +1,7 @@
 #pragma once
 
-/// The interface between the program and its desktop module, which is loaded only when a command needs it: plain C
-/// types, because each side has a copy of the core of its own.
+/// The interface between the program and its desktop module, which is loaded only when a command needs it:
+/// plain C types, because each side has a copy of the core of its own.
 extern "C" {
 
 enum GlymaDesktopTask {
@@ -16,7 +16,8 @@ struct GlymaDesktopRequest {
     GlymaDesktopTask task;
     int argc;
     char** argv;
-    /// For glymaDesktopDiagnose: told each finding; `state` is a Diagnosis::State. Texts hold during the call.
+    /// For glymaDesktopDiagnose: told each finding; `state` is a Diagnosis::State. Texts hold during the
+    /// call.
     void (*report)(void* context, const char* name, int state, const char* why, const char* mend);
     void* context;
 };

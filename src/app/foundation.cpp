@@ -3,10 +3,13 @@
 namespace glyma {
 
 Foundation::Foundation()
-    : folders(xdg::findFolders(xdg::processEnvironment(), xdg::executablePath())), settings(folders.config, logSink),
-      debug(settings), log(logSink, debug),
-      applications(folders.systemData, xdg::processEnvironment()("PATH").value_or("")),
-      loginItem(folders.autostart, xdg::executablePath()), preferences(settings, loginItem, applications, log),
-      resources(folders.resources) {}
+    : folders(xdg::findFolders(xdg::processEnvironment(), xdg::executablePath()))
+    , settings(folders.config, logSink)
+    , debug(settings)
+    , log(logSink, debug)
+    , applications(folders.systemData, xdg::processEnvironment()("PATH").value_or(""))
+    , loginItem(folders.autostart, xdg::executablePath())
+    , preferences(settings, loginItem, applications, log)
+    , resources(folders.resources) {}
 
 } // namespace glyma

@@ -25,8 +25,9 @@ std::string progressLine(std::size_t phase, std::size_t phases, std::string_view
 }
 
 ImportProgress::ImportProgress(std::FILE* stream, Manner manner)
-    : stream_(stream), isTerminal_(terminalWidth(stream).has_value()),
-      showsLines_(!isTerminal_ && manner == Manner::linesToo) {}
+    : stream_(stream)
+    , isTerminal_(terminalWidth(stream).has_value())
+    , showsLines_(!isTerminal_ && manner == Manner::linesToo) {}
 
 ImportProgress::~ImportProgress() {
     if (isTerminal_ && phase_ > 0)

@@ -85,16 +85,11 @@ std::string searchResultsAsJson(std::span<const CommandLineRow> rows) {
     std::string text = "[";
     for (const auto& row : rows) {
         const nlohmann::ordered_json object{
-            {"char", row.character},
-            {"name", row.name},
-            {"keywords", row.keywords},
-            {"block", row.unicodeBlock},
-            {"text", row.ranking.textScore},
-            {"popularity", row.ranking.popularityBonus},
-            {"usage", row.ranking.usageBonus},
-            {"term", row.ranking.termBonus},
-            {"cache", row.ranking.cacheBonus},
-            {"total", row.ranking.total()},
+            {"char", row.character},           {"name", row.name},
+            {"keywords", row.keywords},        {"block", row.unicodeBlock},
+            {"text", row.ranking.textScore},   {"popularity", row.ranking.popularityBonus},
+            {"usage", row.ranking.usageBonus}, {"term", row.ranking.termBonus},
+            {"cache", row.ranking.cacheBonus}, {"total", row.ranking.total()},
         };
         text += text.size() == 1 ? "\n  " : ",\n  ";
         text += object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);

@@ -3,11 +3,11 @@
 #include "app/command_line.h"
 
 #include <fmt/format.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
 namespace glyma {
 

@@ -38,15 +38,16 @@ void ImportedCharacters::build(const std::function<bool(std::string_view)>& canD
     for (const auto index : kept_)
         addCharacter(data_.characters[index]);
 
-    // The characters that cannot be drawn are known too: their annotations must not bring them back.
-    std::unordered_set<std::string> known;
-    known.reserve(data_.characters.size());
+    // The annotations of characters that cannot be drawn must not bring them back as sequences.
+    std::unordered_set<const CLDRImporter::CharData*> ofCharacters;
     for (const auto& character : data_.characters)
-        known.insert(unicode::withEmojiPresentation(character.character));
-    for (const auto& sequence : data_.annotations)
-        if (!sequence.character.empty() && known.insert(sequence.character).second &&
+        ofCharacters.insert(annotation(unicode::withEmojiPresentation(character.character)));
+    for (const auto& sequence : data_.annotations) {
+        const auto isFirst = annotation(sequence.character) == &sequence;
+        if (isFirst && !ofCharacters.contains(&sequence) && !sequence.character.empty() &&
             canDraw(sequence.character))
             addSequence(sequence);
+    }
 }
 
 void ImportedCharacters::addCharacter(const UnicodeDataImporter::CharData& source) {

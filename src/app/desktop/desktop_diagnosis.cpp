@@ -1,0 +1,124 @@
+#include "app/desktop/desktop_diagnosis.h"
+
+#include "platform/linux/atspi/bus_status.h"
+#include "platform/linux/x11/connection.h"
+#include "platform/linux/x11/probe.h"
+
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusConnectionInterface>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+namespace glyma {
+
+namespace {
+
+using State = Diagnosis::State;
+
+Diagnosis diagnoseServer(const x11::Probe& probe) {
+    if (!probe.isReachable)
+        return {.name = "X server",
+                .state = State::missing,
+                .why = probe.display.empty() ? "DISPLAY is not set"
+                                             : fmt::format("{} does not answer", probe.display),
+                .mend = "Start the program inside a desktop session that runs on X11 or offers Xwayland."};
+    if (probe.isXwayland)
+        return {.name = "X server",
+                .state = State::limited,
+                .why = fmt::format("{} is Xwayland: only X11 applications are heard", probe.display),
+                .mend = "Log in to an X11 session to use it everywhere."};
+    return {.name = "X server", .state = State::ok, .why = probe.display, .mend = {}};
+}
+
+std::vector<Diagnosis> diagnoseExtensions(const x11::Probe& probe) {
+    const bool hasXInput = probe.xinput >= x11::neededXInput;
+    constexpr const char* mend = "Use a current X.Org server (21 or later) with its standard extensions.";
+    std::vector<Diagnosis> diagnoses;
+    diagnoses.push_back(
+        {.name = "XInput",
+         .state = hasXInput ? State::ok : State::missing,
+         .why = fmt::format("version {}.{}, needed is {}.{} to hear keys", probe.xinput.major,
+                            probe.xinput.minor, x11::neededXInput.major, x11::neededXInput.minor),
+         .mend = hasXInput ? "" : mend});
+    diagnoses.push_back({.name = "XTEST",
+                         .state = probe.hasXTest ? State::ok : State::missing,
+                         .why = probe.hasXTest ? "keys can be typed" : "keys cannot be typed",
+                         .mend = probe.hasXTest ? "" : mend});
+    diagnoses.push_back({.name = "compositor",
+                         .state = State::ok,
+                         .why = probe.hasCompositor ? "runs; the picker is translucent"
+                                                    : "does not run; the picker is opaque",
+                         .mend = {}});
+    if (!probe.remarks.empty())
+        diagnoses.push_back({.name = "keyboard",
+                             .state = State::limited,
+                             .why = fmt::format("{}", fmt::join(probe.remarks, "; ")),
+                             .mend = {}});
+    return diagnoses;
+}
+
+Diagnosis diagnoseAccessibility() {
+    const auto status = atspi::busStatus(/*enable=*/false);
+    if (!status.answers)
+        return {.name = "accessibility bus",
+                .state = State::limited,
+                .why = status.error.empty()
+                           ? "does not answer; text goes in through the clipboard, the picker opens at "
+                             "the pointer"
+                           : status.error,
+                .mend = "Install the package at-spi2-core and log in again."};
+    return {.name = "accessibility bus",
+            .state = State::ok,
+            .why = status.isEnabled ? "on" : "off now; the program switches it on when it starts",
+            .mend = {}};
+}
+
+Diagnosis diagnoseSessionBus(const QDBusConnection& bus) {
+    if (bus.isConnected())
+        return {.name = "session bus", .state = State::ok, .why = "answers", .mend = {}};
+    return {.name = "session bus",
+            .state = State::limited,
+            .why = "there is none: a second start does not find the first, and there is no accessibility",
+            .mend = "Start the desktop session through dbus-run-session, or install dbus-user-session."};
+}
+
+bool hasStatusNotifierHost(const QDBusConnection& bus) {
+    return bus.isConnected() &&
+           bus.interface()->isServiceRegistered(QStringLiteral("org.kde.StatusNotifierWatcher"));
+}
+
+/// https://specifications.freedesktop.org/systemtray-spec: the tray owns a selection of the screen.
+bool hasEmbeddingTray(const x11::Connection& connection) {
+    const auto atom = connection.atom(fmt::format("_NET_SYSTEM_TRAY_S{}", connection.screenNumber()));
+    const auto reply = x11::owned(xcb_get_selection_owner_reply(
+        connection.get(), xcb_get_selection_owner(connection.get(), atom), nullptr));
+    return reply && reply->owner != XCB_WINDOW_NONE;
+}
+
+Diagnosis diagnoseTray(const QDBusConnection& bus) {
+    const auto connection = x11::Connection::open({});
+    if (hasStatusNotifierHost(bus) || (connection && hasEmbeddingTray(*connection)))
+        return {.name = "tray", .state = State::ok, .why = "the desktop has one", .mend = {}};
+    return {.name = "tray",
+            .state = State::limited,
+            .why = "the desktop has none, so the program's icon does not show",
+            .mend = "End the program with \"glyma quit\". On GNOME the extension AppIndicator adds a tray."};
+}
+
+} // namespace
+
+std::vector<Diagnosis> diagnoseDesktop() {
+    const auto probe = x11::probe();
+    std::vector<Diagnosis> diagnoses{diagnoseServer(probe)};
+    if (probe.isReachable)
+        for (auto& diagnosis : diagnoseExtensions(probe))
+            diagnoses.push_back(std::move(diagnosis));
+    const auto bus = QDBusConnection::sessionBus();
+    diagnoses.push_back(diagnoseSessionBus(bus));
+    diagnoses.push_back(diagnoseAccessibility());
+    if (probe.isReachable)
+        diagnoses.push_back(diagnoseTray(bus));
+    return diagnoses;
+}
+
+} // namespace glyma

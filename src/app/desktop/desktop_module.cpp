@@ -1,0 +1,45 @@
+#include "app/desktop/desktop_diagnosis.h"
+#include "app/desktop/run_desktop.h"
+#include "app/desktop_request.h"
+#include "app/terminal.h"
+#include "platform/linux/dbus/single_instance.h"
+
+#include <QCoreApplication>
+
+#include <cstring>
+
+namespace glyma {
+
+namespace {
+
+int quit(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const auto ended = dbus::quitRunning();
+    return ended ? 0 : fail(ended.error());
+}
+
+int diagnose(const GlymaDesktopRequest& request) {
+    int argc = request.argc;
+    const QCoreApplication application(argc, request.argv);
+    for (const auto& [name, state, why, mend] : diagnoseDesktop())
+        request.report(request.context, name.c_str(), static_cast<int>(state), why.c_str(), mend.c_str());
+    return 0;
+}
+
+} // namespace
+
+} // namespace glyma
+
+extern "C" __attribute__((visibility("default"))) int glymaDesktopMain(const GlymaDesktopRequest* request) {
+    if (std::strcmp(request->version, GLYMA_VERSION) != 0)
+        return glyma::fail("the program and its desktop part are of different versions; install both again");
+    switch (request->task) {
+    case glymaDesktopQuit:
+        return glyma::quit(request->argc, request->argv);
+    case glymaDesktopDiagnose:
+        return glyma::diagnose(*request);
+    case glymaDesktopRun:
+        break;
+    }
+    return glyma::runDesktop(request->argc, request->argv);
+}

@@ -1,0 +1,81 @@
+#include "app/desktop/run_desktop.h"
+
+#include "app/command_line.h"
+#include "app/desktop/desktop_program.h"
+#include "app/desktop/termination_signals.h"
+#include "app/terminal.h"
+#include "catalogue/store_lifecycle.h"
+#include "platform/linux/dbus/single_instance.h"
+#include "platform/linux/x11/connection.h"
+#include "platform/linux/xdg/files.h"
+#include "platform/linux/xdg/instance_lock.h"
+
+#include <QApplication>
+#include <fmt/format.h>
+
+namespace glyma {
+
+namespace {
+
+int tellRunning() {
+    const auto told = dbus::activateRunning();
+    if (!told)
+        return fail(told.error());
+    fail("Glyma is running already");
+    return status::done;
+}
+
+void prepareApplication() {
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setApplicationName(QStringLiteral("glyma"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Glyma"));
+    QApplication::setApplicationVersion(QStringLiteral(GLYMA_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("net.quillaby.Glyma"));
+    QApplication::setWindowIcon(programIcon());
+}
+
+/// Whoever asks for help finds here what this run has to say.
+void emptyDebugLog() {
+    [[maybe_unused]] const auto ignored = xdg::replaceFile("/tmp/glyma_debug.log", "", 0600);
+}
+
+int runInstance(Foundation& foundation) {
+    const auto lock = xdg::InstanceLock::acquire(foundation.folders.data);
+    if (!lock && lock.error() == xdg::InstanceLock::Failure::held)
+        return fail(
+            fmt::format("another Glyma, or an import, uses the folder {}; try again when it has ended",
+                        foundation.folders.data.string()));
+    StoreLifecycle lifecycle(foundation.folders.data, foundation.resources, foundation.settings,
+                             foundation.log);
+    auto store = lifecycle.makeContainer();
+    if (!store)
+        return fail(store.error());
+    DesktopProgram program(foundation, std::move(*store), [] { QApplication::quit(); });
+    program.start();
+    return QApplication::exec();
+}
+
+} // namespace
+
+int runDesktop(int argc, char** argv) {
+    // Also in a Wayland session: keys and windows of other applications are reached through X.
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    // Qt ends the process without a word to us where there is no display.
+    if (const auto display = x11::Connection::open({}); !display)
+        return fail(display.error());
+    const QApplication application(argc, argv);
+    prepareApplication();
+    const TerminationSignals signals([] { QApplication::quit(); });
+    dbus::SingleInstance instance([] {}, [] { QApplication::quit(); });
+    const auto start = instance.claim();
+    if (start == dbus::SingleInstance::Start::alreadyRunning)
+        return tellRunning();
+    emptyDebugLog();
+    Foundation foundation;
+    if (start == dbus::SingleInstance::Start::noBus)
+        foundation.log.write(
+            "Glyma: ⚠️ a second start will not find this one: reaching the session bus failed");
+    return runInstance(foundation);
+}
+
+} // namespace glyma

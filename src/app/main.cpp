@@ -1,0 +1,73 @@
+#include "app/catalogue_commands.h"
+#include "app/command_line.h"
+#include "app/core_diagnosis.h"
+#include "app/desktop_loader.h"
+#include "app/terminal.h"
+
+#include <clocale>
+
+namespace glyma {
+
+namespace {
+
+struct Runner {
+    int argc;
+    char** argv;
+
+    int operator()(const RunCommand&) const { return callDesktopFor(glymaDesktopRun); }
+    int operator()(const QuitCommand&) const { return callDesktopFor(glymaDesktopQuit); }
+    int operator()(const SearchCommand& command) const {
+        Foundation foundation;
+        return runSearch(command, foundation);
+    }
+    int operator()(const ImportCommand& command) const {
+        Foundation foundation;
+        return runImport(command, foundation);
+    }
+    int operator()(const DoctorCommand& command) const {
+        Foundation foundation;
+        auto diagnoses = diagnoseCore(foundation);
+        addDesktop(diagnoses);
+        const int printed = print(command.json ? diagnosesAsJson(diagnoses) : diagnosesAsText(diagnoses));
+        return printed == status::done ? exitStatus(diagnoses) : printed;
+    }
+
+private:
+    GlymaDesktopRequest request(GlymaDesktopTask task) const {
+        return {.version = GLYMA_VERSION,
+                .task = task,
+                .argc = argc,
+                .argv = argv,
+                .report = nullptr,
+                .context = nullptr};
+    }
+
+    int callDesktopFor(GlymaDesktopTask task) const {
+        const auto result = callDesktop(request(task));
+        return result ? *result : fail(result.error());
+    }
+
+    void addDesktop(std::vector<Diagnosis>& diagnoses) const {
+        auto diagnose = request(glymaDesktopDiagnose);
+        diagnose.context = &diagnoses;
+        diagnose.report = [](void* context, const char* name, int state, const char* why, const char* mend) {
+            static_cast<std::vector<Diagnosis>*>(context)->push_back(
+                {.name = name, .state = static_cast<Diagnosis::State>(state), .why = why, .mend = mend});
+        };
+        if (const auto result = callDesktop(diagnose); !result)
+            diagnoses.push_back({.name = "desktop part",
+                                 .state = Diagnosis::State::missing,
+                                 .why = result.error(),
+                                 .mend = "Install the program again, with the Qt 6 libraries it needs."});
+    }
+};
+
+} // namespace
+
+} // namespace glyma
+
+int main(int argc, char** argv) {
+    std::setlocale(LC_ALL, "");
+    const auto command = glyma::parseCommandLine(argc, argv);
+    return command ? std::visit(glyma::Runner{argc, argv}, *command) : command.error();
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace glyma::qt {
+
+struct SkinTone {
+    std::string_view name;
+    std::string_view modifier; ///< empty for none
+};
+
+/// In menu order.
+inline constexpr std::array<SkinTone, 6> skinTones = {{
+    {"Default", ""},
+    {"Light", "\U0001F3FB"},
+    {"Medium-light", "\U0001F3FC"},
+    {"Medium", "\U0001F3FD"},
+    {"Medium-dark", "\U0001F3FE"},
+    {"Dark", "\U0001F3FF"},
+}};
+
+/// A raised hand in the tone; without one, in its emoji presentation.
+inline std::string skinToneGlyph(std::string_view modifier) {
+    return "\U0001F590" + std::string(modifier.empty() ? std::string_view("\uFE0F") : modifier);
+}
+
+/// The tone's place in the table; the first for none and for anything that is no modifier.
+inline std::size_t skinToneIndex(const std::optional<std::string>& modifier) {
+    for (std::size_t index = 1; index < skinTones.size(); ++index)
+        if (modifier == skinTones[index].modifier)
+            return index;
+    return 0;
+}
+
+} // namespace glyma::qt

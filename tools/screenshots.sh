@@ -1,0 +1,61 @@
+#!/bin/sh
+# Makes the pictures of the picker under docs/images: a virtual display of its own, with a compositor, the picker over a
+# make-believe desktop. Usage: tools/screenshots.sh [PICKER_GALLERY] [FOLDER]
+# Needs: xvfb picom fonts-noto-color-emoji fonts-inter, and the target picker_gallery.
+set -eu
+root=$(cd "$(dirname "$0")/.." && pwd)
+gallery=${1:-$root/build/dev/bin/picker_gallery}
+folder=${2:-$root/docs/images}
+[ -x "$gallery" ] || { echo "screenshots: build it first: cmake --build --preset dev --target picker_gallery" >&2; exit 1; }
+
+scratch=$(mktemp -d)
+running=
+finish() {
+    for process in $running; do kill "$process" 2>/dev/null || :; done
+    rm -rf "$scratch"
+}
+trap finish EXIT
+
+# start_display WIDTHxHEIGHT: sets DISPLAY.
+start_display() {
+    mkfifo "$scratch/number"
+    Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp 3>"$scratch/number" >"$scratch/xvfb.log" 2>&1 &
+    running="$running $!"
+    read -r number <"$scratch/number"
+    rm "$scratch/number"
+    DISPLAY=:$number
+    export DISPLAY
+}
+
+start_compositor() {
+    picom --backend xrender --config /dev/null >"$scratch/picom.log" 2>&1 &
+    compositor=$!
+    running="$running $compositor"
+    sleep 1
+    kill -0 "$compositor" || { cat "$scratch/picom.log" >&2; exit 1; }
+}
+
+# shoot SCENE NAME [OPTION...]: with both palettes.
+shoot() {
+    scene=$1 name=$2
+    shift 2
+    for theme in light dark; do
+        GLYMA_THEME=$theme "$gallery" --scene "$scene" --output "$folder/picker-$name-$theme.png" "$@"
+    done
+}
+
+unset DBUS_SESSION_BUS_ADDRESS WAYLAND_DISPLAY QT_SCALE_FACTOR QT_QPA_PLATFORMTHEME
+export QT_QPA_PLATFORM=xcb DBUS_SESSION_BUS_ADDRESS=disabled:
+mkdir -p "$folder"
+export XDG_RUNTIME_DIR="$scratch"
+
+start_display 800x720
+start_compositor
+for scene in results highlight skin-tones nothing-found; do
+    shoot "$scene" "$scene"
+done
+
+start_display 1200x1080
+start_compositor
+export QT_SCALE_FACTOR=1.5
+shoot results results-150-percent
