@@ -25,8 +25,11 @@ std::size_t clusterColumns(std::string_view cluster) {
     const auto type = U_MASK(u_charType(base));
     if ((type & (U_GC_MN_MASK | U_GC_ME_MASK | U_GC_CF_MASK | U_GC_CC_MASK)) != 0)
         return 0;
+    // Flags are emoji, but not wide as single scalars.
     const auto width = u_getIntPropertyValue(base, UCHAR_EAST_ASIAN_WIDTH);
-    return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
+    const bool isWide =
+        width == U_EA_WIDE || width == U_EA_FULLWIDTH || u_hasBinaryProperty(base, UCHAR_EMOJI_PRESENTATION);
+    return isWide ? 2 : 1;
 }
 
 /// Without characters that would move the cursor.

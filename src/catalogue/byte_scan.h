@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -52,12 +53,27 @@ public:
         const auto bytes = text.size() < 8 ? text.size() : 8;
         std::memcpy(&head_, text.data(), bytes);
         std::memset(&headMask_, 0xFF, bytes);
+        for (std::size_t place = 1; place < text.size(); ++place) {
+            if (rarity(text[place]) > rarity(text[rarest_])) {
+                second_ = rarest_;
+                rarest_ = place;
+            } else if (second_ == rarest_ || rarity(text[place]) > rarity(text[second_])) {
+                second_ = place;
+            }
+        }
     }
 
     std::string_view text() const { return text_; }
     std::size_t size() const { return text_.size(); }
-    char first() const { return text_.front(); }
-    char last() const { return text_.back(); }
+
+    /// The places at + 0 to at + 63, as bits, where the needle's two rarest bytes stand.
+    std::uint64_t candidatesAt(const char* at) const {
+        const auto [left, right] = std::minmax(rarest_, second_);
+        return candidates(at + left, text_[left], text_[right], right - left);
+    }
+
+    /// Of length one, for its rarest byte alone.
+    Needle rarestByte() const { return Needle(text_.substr(rarest_, 1)); }
 
     /// Whether it stands at `at`; reads no further than the first difference, or eight bytes.
     bool standsAt(const char* at) const {
@@ -72,40 +88,37 @@ public:
     }
 
 private:
+    /// English letters from the most frequent on; what is not among them is rare in names.
+    static std::size_t rarity(char byte) { return std::string_view("eaiorntslghdpcmyubfwkvxjqz").find(byte); }
+
     std::string_view text_;
     std::uint64_t head_ = 0;
     std::uint64_t headMask_ = 0;
+    std::size_t rarest_ = 0; ///< place of the rarest byte
+    std::size_t second_ = 0; ///< of the second rarest; the same in a text of one byte
 };
 
-/// Tells where the needle stands in a text, overlapping places included, from front to back.
+/// Tells where the needle stands in a text, from front to back.
 /// \param text   with scanPadding readable bytes behind it.
-/// \param visit  takes the place and returns the first place that it wants to hear of next.
+/// \param visit  takes the place and returns the first place, behind it, that it wants to hear of next.
 template<typename Visitor>
 void forEachOccurrence(std::string_view text, const Needle& needle, Visitor&& visit) {
     if (text.size() < needle.size())
         return;
     const auto lastPlace = text.size() - needle.size();
-    const auto distance = needle.size() - 1;
-    std::size_t wanted = 0;
-    for (std::size_t block = 0; block <= lastPlace; block += 64) {
-        auto places = candidates(text.data() + block, needle.first(), needle.last(), distance);
-        if (places == 0)
-            continue;
+    for (std::size_t block = 0; block <= lastPlace;) {
+        auto places = needle.candidatesAt(text.data() + block);
         if (lastPlace - block < 63)
             places &= (std::uint64_t{2} << (lastPlace - block)) - 1;
-        while (places != 0) {
-            if (wanted > block) {
-                if (wanted - block > 63)
-                    break;
-                places &= ~std::uint64_t{0} << (wanted - block);
-                if (places == 0)
-                    break;
-            }
+        auto next = block + 64;
+        for (; places != 0; places &= places - 1) {
             const auto place = block + static_cast<unsigned>(std::countr_zero(places));
-            places &= places - 1;
-            if (needle.standsAt(text.data() + place))
-                wanted = visit(place);
+            if (needle.standsAt(text.data() + place)) {
+                next = visit(place);
+                break;
+            }
         }
+        block = next;
     }
 }
 
@@ -114,8 +127,7 @@ void forEachOccurrence(std::string_view text, const Needle& needle, Visitor&& vi
 inline std::size_t firstOccurrence(std::string_view text, const Needle& needle) {
     auto found = std::string_view::npos;
     forEachOccurrence(text, needle, [&](std::size_t place) {
-        if (found == std::string_view::npos)
-            found = place;
+        found = place;
         return text.size();
     });
     return found;

@@ -62,6 +62,16 @@ std::string_view CatalogueIndex::character(std::uint32_t number) const {
     return section.character(entry);
 }
 
+std::string_view CatalogueIndex::name(std::uint32_t number) const {
+    const auto [section, entry] = place(number);
+    return section.name(entry);
+}
+
+std::vector<std::string_view> CatalogueIndex::keywords(std::uint32_t number) const {
+    const auto [section, entry] = place(number);
+    return section.keywords(entry);
+}
+
 std::string_view CatalogueIndex::blockName(std::uint32_t number) const {
     const auto [section, entry] = place(number);
     return section.blockName(entry);

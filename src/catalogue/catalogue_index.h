@@ -38,6 +38,8 @@ public:
     bool isIndexed(std::uint32_t entry) const { return entry < begins_[2]; }
 
     std::string_view character(std::uint32_t entry) const;
+    std::string_view name(std::uint32_t entry) const;
+    std::vector<std::string_view> keywords(std::uint32_t entry) const;
     std::string_view blockName(std::uint32_t entry) const;
     /// Of an indexed entry.
     std::uint32_t rank(std::uint32_t entry) const {

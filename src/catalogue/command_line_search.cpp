@@ -79,9 +79,12 @@ Result<LearnedTerms> learnedTerms(const SearchReader& reader, const QueryTerms& 
 }
 
 CommandLineRow makeRow(const CatalogueIndex& index, const RankedEntry& ranked) {
-    auto entry = index.entry(ranked.entry);
-    return {std::move(entry.character), std::move(entry.name), std::move(entry.keywords),
-            std::move(entry.unicodeBlock), ranked.info()};
+    const auto keywords = index.keywords(ranked.entry);
+    return {std::string(index.character(ranked.entry)),
+            std::string(index.name(ranked.entry)),
+            {keywords.begin(), keywords.end()},
+            std::string(index.blockName(ranked.entry)),
+            ranked.info()};
 }
 
 } // namespace
@@ -108,9 +111,10 @@ searchFromCommandLine(const CommandLineCatalogue& catalogue, const CommandLineQu
     const auto rest = *hasBlocks ? matchRest(index->rest(), query, line.fuzzy) : std::vector<TextMatch>{};
     const auto ranked = rank(*index, matchIndexed(*index, query, line.fuzzy), rest,
                              terms->bonuses(query.folded(), catalogue.now), catalogue.now);
+    const auto count = std::min(line.limit.value_or(ranked.size()), ranked.size());
     std::vector<CommandLineRow> rows;
-    for (const auto& entry :
-         std::span(ranked).first(std::min(line.limit.value_or(ranked.size()), ranked.size())))
+    rows.reserve(count);
+    for (const auto& entry : std::span(ranked).first(count))
         rows.push_back(makeRow(*index, entry));
     return rows;
 }

@@ -11,8 +11,10 @@ QueryTerms::QueryTerms(std::string_view query)
     std::string_view rest = folded_;
     while (!rest.empty()) {
         const auto end = std::min(rest.find(' '), rest.size());
-        if (end > 0)
-            terms_.push_back({Needle(rest.substr(0, end)), byteMask(rest.substr(0, end))});
+        if (end > 0) {
+            const Needle needle(rest.substr(0, end));
+            terms_.push_back({needle, needle.rarestByte(), byteMask(needle.text())});
+        }
         rest.remove_prefix(std::min(end + 1, rest.size()));
     }
 }

@@ -14,6 +14,7 @@ class QueryTerms {
 public:
     struct Term {
         Needle needle;
+        Needle rarestByte; ///< of the needle
         ByteMask mask;
     };
 

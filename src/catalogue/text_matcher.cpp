@@ -4,7 +4,9 @@
 #include "catalogue/search_scores.h"
 
 #include <algorithm>
+#include <bit>
 #include <optional>
+#include <span>
 
 namespace glyma {
 
@@ -12,12 +14,18 @@ namespace {
 
 using Term = QueryTerms::Term;
 
-/// Whether a word of the field begins with the needle, at `at` or behind it.
+/// Whether a word of the field begins with the needle, behind `at`.
 bool wordStarts(const char* at, const Needle& needle) {
-    for (; *at != fieldEnd; ++at)
-        if (*at == ' ' && needle.standsAt(at + 1))
-            return true;
-    return false;
+    for (;; at += 64) {
+        const auto ends = candidates(at, fieldEnd, fieldEnd, 0);
+        const auto inField = ends == 0 ? ~std::uint64_t{0} : (ends & -ends) - 1;
+        auto words = candidates(at, ' ', needle.text().front(), 1) & inField;
+        for (; words != 0; words &= words - 1)
+            if (needle.standsAt(at + std::countr_zero(words) + 1))
+                return true;
+        if (ends != 0)
+            return false;
+    }
 }
 
 /// The score of a field in which the needle stands first at `at`.
@@ -34,7 +42,21 @@ int plainScore(std::string_view field, const Needle& needle, const FieldScores& 
     return place == std::string_view::npos ? 0 : scoreAt(field.data() + place, needle, scores);
 }
 
+/// Whether the needle's bytes occur in the field in their order: without that no rule matches.
+bool occursInOrder(const Needle& needle, std::string_view field) {
+    const auto* wanted = needle.text().data();
+    const auto* const end = wanted + needle.size();
+    for (const auto byte : field) {
+        wanted += byte == *wanted;
+        if (wanted == end)
+            return true;
+    }
+    return false;
+}
+
 std::optional<int> fuzzyFieldScore(std::string_view field, const Needle& needle, const FieldScores& scores) {
+    if (!occursInOrder(needle, field))
+        return std::nullopt;
     if (const auto plain = plainScore(field, needle, scores); plain != 0)
         return plain;
     if (const auto fuzzy = fuzzyScore(needle.text(), field))
@@ -59,13 +81,16 @@ std::optional<int> fuzzyTermScore(const SearchSection& section, std::uint32_t en
             return score;
     if (!covers(section.arrays().keywordsMask[entry], term.mask))
         return std::nullopt;
-    for (auto rest = section.foldedKeywords(entry); !rest.empty();) {
-        const auto keyword = rest.substr(0, rest.find(fieldEnd));
-        if (const auto score = fuzzyFieldScore(keyword, term.needle, keywordScores))
-            return score;
-        rest.remove_prefix(keyword.size() + 1);
-    }
-    return std::nullopt;
+    // Only a keyword with the rarest byte can match.
+    const auto keywords = section.foldedKeywords(entry);
+    std::optional<int> score;
+    forEachOccurrence(keywords, term.rarestByte, [&](std::size_t place) {
+        const auto begin = keywords.rfind(fieldEnd, place) + 1; // npos + 1 is the first keyword's begin
+        const auto end = keywords.find(fieldEnd, place);
+        score = fuzzyFieldScore(keywords.substr(begin, end - begin), term.needle, keywordScores);
+        return score ? keywords.size() : end;
+    });
+    return score;
 }
 
 class Matcher {
@@ -79,7 +104,7 @@ public:
         matches_.reserve(std::min<std::size_t>(section_.size(), 256));
         const auto inName = std::min(rules_.termsInName, terms_.size());
         if (terms_.size() == 1 && inName == 0 && hasLetterScores())
-            matchLetter(letterIndex(terms_.front().needle.first()));
+            matchLetter(letterIndex(terms_.front().needle.text().front()));
         else if (rules_.fuzzy && inName == 0)
             matchEvery();
         else
@@ -90,7 +115,7 @@ public:
 private:
     bool hasLetterScores() const {
         const auto& needle = terms_.front().needle;
-        return needle.size() == 1 && letterIndex(needle.first()) >= 0 &&
+        return needle.size() == 1 && letterIndex(needle.text().front()) >= 0 &&
                !section_.arrays().letterScores.empty();
     }
 
@@ -107,20 +132,23 @@ private:
         matches_.resize(count);
     }
 
+    /// Of the first `count` terms.
+    std::size_t longestTerm(std::size_t count) const {
+        const auto sizeOf = [](const Term& term) { return term.needle.size(); };
+        const auto longest = std::ranges::max_element(std::span(terms_).first(count), {}, sizeOf);
+        return static_cast<std::size_t>(&*longest - terms_.data());
+    }
+
     void matchEvery() {
+        const auto longest = longestTerm(terms_.size()); // rejects most
         for (std::uint32_t entry = 0; entry < section_.size(); ++entry)
-            scoreOthers(entry, 0, terms_.size());
+            if (const auto score = termScore(entry, longest))
+                scoreOthers(entry, *score, longest);
     }
 
     /// Looks for one term in all texts at once and for the others where it stands.
     void matchFound(std::size_t inName) {
-        const auto candidatesEnd = inName == 0 ? terms_.size() : inName;
-        const auto scanned = static_cast<std::size_t>(std::distance(
-            terms_.begin(),
-            std::max_element(terms_.begin(), terms_.begin() + static_cast<std::ptrdiff_t>(candidatesEnd),
-                             [](const Term& left, const Term& right) {
-                                 return left.needle.size() < right.needle.size();
-                             })));
+        const auto scanned = longestTerm(inName == 0 ? terms_.size() : inName);
         const auto& needle = terms_[scanned].needle;
         const auto text = section_.folded();
         forEachOccurrence(text, needle, [&](std::size_t place) -> std::size_t {

@@ -7,7 +7,6 @@
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusConnectionInterface>
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 namespace glyma {
 
@@ -30,31 +29,46 @@ Diagnosis diagnoseServer(const x11::Probe& probe) {
     return {.name = "X server", .state = State::ok, .why = probe.display, .mend = {}};
 }
 
+/// \param what  what the extension is for.
+Diagnosis diagnoseExtension(const char* name, bool isThere, State otherwise, const char* what) {
+    if (isThere)
+        return {.name = name, .state = State::ok, .why = what, .mend = {}};
+    return {.name = name,
+            .state = otherwise,
+            .why = fmt::format("the X server does not offer it: no {}", what),
+            .mend = fmt::format(
+                "Start the X server without \"-extension {}\", or use a current X.Org server.", name)};
+}
+
 std::vector<Diagnosis> diagnoseExtensions(const x11::Probe& probe) {
     const bool hasXInput = probe.xinput >= x11::neededXInput;
-    constexpr const char* mend = "Use a current X.Org server (21 or later) with its standard extensions.";
-    std::vector<Diagnosis> diagnoses;
-    diagnoses.push_back(
+    return {
         {.name = "XInput",
          .state = hasXInput ? State::ok : State::missing,
-         .why = fmt::format("version {}.{}, needed is {}.{} to hear keys", probe.xinput.major,
+         .why = fmt::format("version {}.{}; {}.{} is needed to hear keys", probe.xinput.major,
                             probe.xinput.minor, x11::neededXInput.major, x11::neededXInput.minor),
-         .mend = hasXInput ? "" : mend});
-    diagnoses.push_back({.name = "XTEST",
-                         .state = probe.hasXTest ? State::ok : State::missing,
-                         .why = probe.hasXTest ? "keys can be typed" : "keys cannot be typed",
-                         .mend = probe.hasXTest ? "" : mend});
-    diagnoses.push_back({.name = "compositor",
-                         .state = State::ok,
-                         .why = probe.hasCompositor ? "runs; the picker is translucent"
-                                                    : "does not run; the picker is opaque",
-                         .mend = {}});
-    if (!probe.remarks.empty())
-        diagnoses.push_back({.name = "keyboard",
-                             .state = State::limited,
-                             .why = fmt::format("{}", fmt::join(probe.remarks, "; ")),
-                             .mend = {}});
-    return diagnoses;
+         .mend = hasXInput ? "" : "Use an X server of 2012 or later with its XInputExtension switched on."},
+        diagnoseExtension("XTEST", probe.hasXTest, State::missing, "typing for the user"),
+        diagnoseExtension("XKEYBOARD", probe.hasXkb, State::missing, "reading of the keyboard layout"),
+        diagnoseExtension("RECORD", probe.hasRecord, State::limited, "counting of keys that are held down"),
+    };
+}
+
+Diagnosis diagnoseWindowManager(const x11::Probe& probe) {
+    if (!probe.windowManager.empty())
+        return {.name = "window manager", .state = State::ok, .why = probe.windowManager, .mend = {}};
+    return {.name = "window manager",
+            .state = State::limited,
+            .why = "none says that it runs: the application in front is taken from the keyboard focus",
+            .mend = "Start a window manager that announces the active window, as those of all desktops do."};
+}
+
+Diagnosis diagnoseCompositor(const x11::Probe& probe) {
+    return {.name = "compositor",
+            .state = State::ok,
+            .why = probe.hasCompositor ? "runs; the picker is translucent"
+                                       : "does not run; the picker is opaque",
+            .mend = {}};
 }
 
 Diagnosis diagnoseAccessibility() {
@@ -110,9 +124,12 @@ Diagnosis diagnoseTray(const QDBusConnection& bus) {
 std::vector<Diagnosis> diagnoseDesktop() {
     const auto probe = x11::probe();
     std::vector<Diagnosis> diagnoses{diagnoseServer(probe)};
-    if (probe.isReachable)
+    if (probe.isReachable) {
         for (auto& diagnosis : diagnoseExtensions(probe))
             diagnoses.push_back(std::move(diagnosis));
+        diagnoses.push_back(diagnoseWindowManager(probe));
+        diagnoses.push_back(diagnoseCompositor(probe));
+    }
     const auto bus = QDBusConnection::sessionBus();
     diagnoses.push_back(diagnoseSessionBus(bus));
     diagnoses.push_back(diagnoseAccessibility());

@@ -112,14 +112,15 @@ void DesktopProgram::listen() {
     const auto started = monitor_.start();
     if (started)
         return;
+    tray_.setProblem(QString::fromStdString(started.error()));
     report(fmt::format("Glyma: ⚠️ typing is not heard: starting the keyboard tap failed — {}",
                        started.error()));
-    tray_.setProblem(QString::fromStdString(started.error()));
+    if (foundation_.logSink.hasJournal())
+        fail(started.error());
 }
 
 void DesktopProgram::report(std::string_view message) {
     foundation_.log.write(message);
-    fail(message);
 }
 
 } // namespace glyma

@@ -143,12 +143,7 @@ void PickerView::setOffset(int offset) {
 // What moves by itself.
 
 void PickerView::updateTimers() {
-    const auto& items = services_.model.items();
-    const auto geometry = list();
-    bool hasRandomIcon = false;
-    for (auto index = geometry.firstVisible(); index < geometry.endVisible(); ++index)
-        hasRandomIcon |= randomPoolOf(items[index]).has_value();
-    if (!isVisible() || !hasRandomIcon) {
+    if (!isVisible() || !showsRandomIcon()) {
         randomTimer_.stop();
     } else if (!randomTimer_.isActive()) {
         pickRandomIcons();
@@ -170,10 +165,16 @@ void PickerView::tick() {
     update(PickerHeader::progress(panel().width(), showsPollingDot()).translated(panel().topLeft()));
 }
 
+bool PickerView::showsRandomIcon() const {
+    const auto geometry = list();
+    for (auto index = geometry.firstVisible(); index < geometry.endVisible(); ++index)
+        if (randomPoolOf(services_.model.items()[index]))
+            return true;
+    return false;
+}
+
 void PickerView::pickRandomIcons() {
-    if (!services_.randomPool || std::ranges::none_of(services_.model.items(), [](const PickerItem& item) {
-            return randomPoolOf(item).has_value();
-        }))
+    if (!services_.randomPool || !showsRandomIcon())
         return;
     for (const bool isEmoji : {true, false}) {
         const auto& pool = services_.randomPool(isEmoji);

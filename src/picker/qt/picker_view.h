@@ -61,6 +61,7 @@ private:
     bool showsPollingDot() const { return services_.debug.showPollingIndicator(); }
     HeaderState headerState() const;
     QueryMatch queryMatch() const;
+    bool showsRandomIcon() const;
     void pickRandomIcons();
     void paintList(QPainter& painter);
 

@@ -14,6 +14,12 @@ namespace {
 constexpr double offsetDown = 9;
 constexpr double wideBlur = 11;
 constexpr double narrowBlur = 1.6;
+/// How far along an edge, from where its corner ends, the corner is still seen in the shadow.
+constexpr int cornerInfluence = 24;
+
+int tileBorder(double radius) {
+    return Shadow::margin + static_cast<int>(std::ceil(radius)) + cornerInfluence;
+}
 
 /// Signed distance from a rounded square of the given half side, negative inside.
 double distanceFromPanel(double x, double y, double half, double radius) {
@@ -29,7 +35,7 @@ double coverage(double distance, double sigma) {
 
 /// A square panel just large enough for its corners, with the shadow around it; the middle stretches.
 QPixmap shadowTile(double radius, double strength, double scale) {
-    const double half = radius + Shadow::margin + 1;
+    const double half = tileBorder(radius) - Shadow::margin + 1;
     const int side = static_cast<int>(std::ceil((half + Shadow::margin) * 2 * scale));
     QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
     for (int row = 0; row < side; ++row) {
@@ -55,7 +61,7 @@ void Shadow::paint(QPainter& painter, const QRectF& panel, double radius, double
         key_ = key;
         tile_ = shadowTile(radius, strength, key.scale);
     }
-    const int border = static_cast<int>(std::lround(margin * 2 + radius));
+    const int border = tileBorder(radius);
     const auto target = panel.adjusted(-margin, -margin, margin, margin).toAlignedRect();
     qDrawBorderPixmap(&painter, target, QMargins(border, border, border, border), tile_);
 }

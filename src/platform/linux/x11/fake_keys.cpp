@@ -28,8 +28,8 @@ EchoMark readMark(const xcb_client_message_event_t& event) {
     return {.batch = event.data.data32[0], .isEnd = event.data.data32[1] != 0};
 }
 
-EchoLedger::Batch FakeKeys::send(const Connection& connection, EchoLedger& echoes, xcb_window_t witness,
-                                 const std::vector<xcb_input_device_id_t>& ungrab) const {
+EchoLedger::Batch FakeKeys::write(const Connection& connection, EchoLedger& echoes, xcb_window_t witness,
+                                  const std::vector<xcb_input_device_id_t>& ungrab) const {
     EchoLedger::Batch batch = 0;
     if (witness != XCB_WINDOW_NONE) {
         std::vector<KeyMove> expected;
@@ -53,7 +53,6 @@ EchoLedger::Batch FakeKeys::send(const Connection& connection, EchoLedger& echoe
     std::ranges::for_each(moves_, move);
     if (witness != XCB_WINDOW_NONE)
         sendMark(connection, witness, {.batch = batch, .isEnd = true});
-    connection.flush();
     return batch;
 }
 

@@ -26,12 +26,12 @@ public:
     }
     bool isEmpty() const { return moves_.empty(); }
 
-    /// Writes all of it to the connection's buffer and flushes.
+    /// Writes all of it to the connection's buffer; the caller flushes.
     /// \param witness  the window in which the tap sees the marks; XCB_WINDOW_NONE when there is no tap.
     /// \param ungrab   master keyboards that are let go first, should this connection hold them.
     /// \return the sequence number of the mark behind the last key, 0 without a witness.
-    EchoLedger::Batch send(const Connection& connection, EchoLedger& echoes, xcb_window_t witness,
-                           const std::vector<xcb_input_device_id_t>& ungrab = {}) const;
+    EchoLedger::Batch write(const Connection& connection, EchoLedger& echoes, xcb_window_t witness,
+                            const std::vector<xcb_input_device_id_t>& ungrab = {}) const;
 
 private:
     struct Move {

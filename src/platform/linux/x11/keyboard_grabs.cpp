@@ -153,6 +153,7 @@ std::optional<SwallowedKey> KeyboardGrabs::handleKey(const xcb_input_key_press_e
                         .modifiers = static_cast<ModifierMask>(event.mods.effective),
                         .source = event.sourceid,
                         .master = event.deviceid,
+                        .time = event.time,
                         .isBystander = isBystander};
 }
 

@@ -18,6 +18,7 @@ struct SwallowedKey {
     /// The slave keyboard that it was pressed on, and the master that we hold since.
     xcb_input_device_id_t source = 0;
     xcb_input_device_id_t master = 0;
+    xcb_timestamp_t time = XCB_CURRENT_TIME;
     /// It was not grabbed itself: it came while another key's grab was on.
     bool isBystander = false;
 };

@@ -149,13 +149,14 @@ void KeyboardLink::drop(const SwallowedKey& swallowed) {
     keys.release(swallowed.key, swallowed.source);
     if (swallowed.isBystander)
         keys.press(swallowed.key, swallowed.source);
-    keys.send(*connection_, echoes_, witness_);
-    if (swallowed.isBystander)
-        return;
-    // For a keyboard on which the server lets nobody move keys.
-    xcb_input_xi_ungrab_device(connection_->get(), XCB_CURRENT_TIME, swallowed.master);
+    keys.write(*connection_, echoes_, witness_);
+    if (!swallowed.isBystander) {
+        // For a keyboard on which the server lets nobody move keys. With the time of the press: a later key's
+        // grab stays.
+        xcb_input_xi_ungrab_device(connection_->get(), swallowed.time, swallowed.master);
+        swallowed_.push_back(swallowed);
+    }
     connection_->flush();
-    swallowed_.push_back(swallowed);
 }
 
 bool KeyboardLink::inject(std::span<const KeyChord> chords) {
@@ -167,7 +168,8 @@ bool KeyboardLink::inject(std::span<const KeyChord> chords) {
     for (const auto& swallowed : swallow())
         drop(swallowed);
     const auto plan = planInjection(chords, held, *map_, readLayout(*connection_));
-    restoringBatch_ = plan.keys.send(*connection_, echoes_, witness_, keyboards.masters);
+    restoringBatch_ = plan.keys.write(*connection_, echoes_, witness_, keyboards.masters);
+    connection_->flush();
     restored_.clear();
     for (const auto& each : held)
         restored_.emplace_back(each.key, each.device);
@@ -187,7 +189,8 @@ void KeyboardLink::release(xcb_keycode_t key, xcb_input_device_id_t device) {
     const std::scoped_lock lock(mutex_);
     FakeKeys keys;
     keys.release(key, device);
-    keys.send(*connection_, echoes_, witness_);
+    keys.write(*connection_, echoes_, witness_);
+    connection_->flush();
 }
 
 void KeyboardLink::wake() const {

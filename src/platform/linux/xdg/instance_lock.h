@@ -8,8 +8,8 @@
 
 namespace glyma::xdg {
 
-/// Held by the one process that may rebuild the catalogue of a data folder: the running program, or a command that
-/// imports. Given back when destroyed and when the process ends, however it does.
+/// Held by the one process that may rebuild the catalogue of a data folder: the running program, or a command
+/// that imports. Given back when destroyed and when the process ends, however it does.
 class InstanceLock {
 public:
     enum class Failure {
@@ -21,7 +21,8 @@ public:
     static std::expected<InstanceLock, Failure> acquire(const std::filesystem::path& dataFolder);
 
 private:
-    explicit InstanceLock(FileDescriptor file) : file_(std::move(file)) {}
+    explicit InstanceLock(FileDescriptor file)
+        : file_(std::move(file)) {}
 
     FileDescriptor file_;
 };

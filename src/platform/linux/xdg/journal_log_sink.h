@@ -10,6 +10,8 @@ class JournalLogSink : public LogSink {
 public:
     JournalLogSink();
     void write(std::string_view message) override;
+    /// false: messages go to standard error.
+    bool hasJournal() const { return hasJournal_; }
 
 private:
     bool hasJournal_;
