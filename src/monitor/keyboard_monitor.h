@@ -43,9 +43,10 @@ struct MonitorServices {
 /// at the caret, keeps its query in step with the typing, forwards the navigation keys and acts on the
 /// choice.
 ///
-/// Threads: the tap thread runs the callback; the main thread everything else. The five values that both need
-/// (State below) are guarded by one lock held for one short step at a time; every change of them that alters
-/// which keys would be consumed announces the new claims to the tap in the same step.
+/// Threads: the tap thread runs the callback and hands everything else to the main thread. The values that
+/// both need are in MonitorState, behind one lock held for one short step at a time; every change of them
+/// that alters which keys would be consumed announces the new claims to the tap in the same step, so claim()
+/// must not wait for the callback.
 class KeyboardMonitor {
 public:
     explicit KeyboardMonitor(MonitorServices services);

@@ -2,6 +2,9 @@
 
 #include "unicode/text.h"
 
+#include <algorithm>
+#include <span>
+
 namespace glyma {
 
 namespace {
@@ -55,43 +58,30 @@ bool isVisible(std::string_view text) {
     return first >= 0x20 && first != 0x7F && !isFunctionKeyScalar(first);
 }
 
-// Keys that never compose: an empty text of theirs is no dead key's. Tab, Insert, Page Up, Forward Delete,
-// Page Down and F1 to F12, in the canonical numbering.
-bool typesNothing(std::uint16_t keyCode) {
-    switch (keyCode) {
-    case 48:
-    case keycode::insert:
-    case 116:
-    case 117:
-    case 121:
-    case 122:
-    case 120:
-    case 99:
-    case 118:
-    case 96:
-    case 97:
-    case 98:
-    case 100:
-    case 101:
-    case 109:
-    case 103:
-    case 111:
-        return true;
-    default:
-        return false;
-    }
-}
+// Canonical codes of keys that never compose: an empty text of theirs is no dead key's.
+constexpr std::uint16_t silentKeys[] = {
+    48,  keycode::insert,
+    116, 117,
+    121, // Tab, Insert, Page Up, Forward Delete, Page Down
+    122, 120,
+    99,  118,
+    96,  97,
+    98,  100,
+    101, 109,
+    103, 111, // F1 to F12
+};
+// The keypad's digits and period, which move the caret while Num Lock is off.
+constexpr std::uint16_t keypadKeys[] = {82, 83, 84, 85, 86, 87, 88, 89, 91, 92, 65};
 
-// The keypad's period and digits (82 to 92, without 90), which move the caret while Num Lock is off.
-bool isKeypadKey(std::uint16_t keyCode) {
-    return keyCode == 65 || (keyCode >= 82 && keyCode <= 92 && keyCode != 90);
+bool isOneOf(std::span<const std::uint16_t> keys, std::uint16_t keyCode) {
+    return std::ranges::find(keys, keyCode) != keys.end();
 }
 
 KeyMeaning meaningOfText(std::uint16_t keyCode, std::string_view text, std::string_view triggerCharacter) {
     if (text.empty()) {
-        if (isKeypadKey(keyCode))
+        if (isOneOf(keypadKeys, keyCode))
             return moveCaret;
-        return typesNothing(keyCode) ? other : deadKey;
+        return isOneOf(silentKeys, keyCode) ? other : deadKey;
     }
     if (text == triggerCharacter)
         return trigger;

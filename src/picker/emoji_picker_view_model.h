@@ -12,8 +12,8 @@
 
 namespace glyma {
 
-/// What the picker shows and which entry is highlighted. Main thread, but for itemCount(). `changed` is emitted when a
-/// property differs from before, and after every assignment of the items.
+/// What the picker shows and which entry is highlighted. Main thread, but for itemCount(). `changed` is
+/// emitted when a property differs from before, and after every assignment of the items.
 class EmojiPickerViewModel : public PickerModel {
 public:
     explicit EmojiPickerViewModel(UnicodeDataManager& catalogue);

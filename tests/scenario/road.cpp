@@ -17,7 +17,7 @@ std::filesystem::path temporaryFolder() {
     return name;
 }
 
-std::vector<UnicodeChar> characters() {
+std::vector<UnicodeChar> fewCharacters() {
     constexpr auto* faces = "Emoticons";
     return {
         makeUnicodeChar("😄", "grinning face with smiling eyes", {"smile", "happy", "grin"}, faces),
@@ -35,20 +35,25 @@ std::vector<UnicodeChar> characters() {
     };
 }
 
-Store filledStore(const std::filesystem::path& folder) {
+Store emptyStore(const std::filesystem::path& folder) {
     auto store = Store::open(folder / "Glyma.store");
     if (!store)
         throw std::runtime_error(store.error());
-    const auto rows = characters();
+    return *std::move(store);
+}
+
+Store filledStore(const std::filesystem::path& folder) {
+    auto store = emptyStore(folder);
+    const auto rows = fewCharacters();
     std::vector<UnicodeBlock> blocks;
     for (const auto& row : rows)
         if (std::ranges::find(blocks, row.unicodeBlock, &UnicodeBlock::name) == blocks.end())
             blocks.push_back({row.unicodeBlock, 0, 0, 1, "", true});
-    if (const auto done = store->insertBlocks(blocks); !done)
+    if (const auto done = store.insertBlocks(blocks); !done)
         throw std::runtime_error(done.error());
-    if (const auto done = store->insertCharacters(rows); !done)
+    if (const auto done = store.insertCharacters(rows); !done)
         throw std::runtime_error(done.error());
-    return *std::move(store);
+    return store;
 }
 
 } // namespace
@@ -70,17 +75,19 @@ void RecordingWindow::hide() {
     model_.reset();
 }
 
-Road::Road()
+Road::Road(Characters characters)
     : folder(temporaryFolder())
-    , resources(folder)
+    , resources(characters == Characters::all ? std::filesystem::path(GLYMA_SOURCE_DIR) / "resources"
+                                              : folder)
     , catalogue({desktop.clock, desktop.clock, desktop.clock, desktop.settings, preferences, log, resources,
                  desktop.fonts},
-                filledStore(folder))
+                characters == Characters::all ? emptyStore(folder) : filledStore(folder))
     , text({desktop.clock, desktop.accessibility, desktop.clipboard, desktop, desktop, desktop.screens,
             desktop.bell, preferences, log, &desktop.primarySelection})
     , monitor({desktop.tap, desktop.clock, desktop, desktop.screens, text, catalogue, picker, window,
                preferences, flags, log, "glyma", [] {}, [] {}}) {
-    catalogue.start();
+    if (characters == Characters::few)
+        catalogue.start();
 }
 
 Road::~Road() {
@@ -121,3 +128,11 @@ void Road::exclude(const std::string& identifier) {
 }
 
 } // namespace glyma::scenario
+
+#ifdef __SANITIZE_THREAD__
+// ICU is not built with the sanitizer, which therefore misses the lock under which ICU makes its shared
+// normaliser.
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions() {
+    return "race:icu_*::Normalizer2\n";
+}
+#endif

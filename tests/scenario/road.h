@@ -40,11 +40,13 @@ private:
     Rect frame_;
 };
 
-/// The whole program but for its windows, on a desktop in memory with a catalogue of some twenty characters.
-/// A test fails when a key was consumed that had not been claimed, or the other way round.
+/// The whole program but for its windows, on a desktop in memory. Its catalogue has a dozen characters unless
+/// the real one is asked for, which is imported when catalogue.start() is called. A test fails when a key was
+/// consumed that had not been claimed, or the other way round.
 class Road : public testing::Test {
 protected:
-    Road();
+    enum class Characters { few, all };
+    explicit Road(Characters characters = Characters::few);
     ~Road() override;
     void SetUp() override;
     void TearDown() override;
