@@ -11,6 +11,7 @@ namespace {
 
 constexpr int selectionReads = 5;
 constexpr int collapseChecks = 5;
+constexpr int arrivalChecks = 6;
 constexpr Milliseconds betweenReads{20};
 
 template<typename Value, typename Result>
@@ -39,6 +40,10 @@ AccessibleInsertion::Outcome AccessibleInsertion::run() {
                    .value_or(nullptr);
     if (!element_)
         return Outcome::useClipboard;
+    if (!typedTextHasArrived()) {
+        log_.debug("insertViaAX: the text before the caret is not the typed text; using clipboard");
+        return Outcome::useClipboard;
+    }
     const auto selection = readSelectedRange(true);
     if (!selection)
         return Outcome::useClipboard;
@@ -57,6 +62,29 @@ AccessibleInsertion::Outcome AccessibleInsertion::run() {
     if (!accessibility_.isAttributeSettable(element_, attribute::selectedText))
         return replaceValue(deletion);
     return replaceSelection(deletion, caret);
+}
+
+/// Applications apply keys, and tell of it, some time after the tap has heard them (Firefox under load: tenths of a
+/// second). Ranges counted in a text that is still changing would select something else, and putting the caret back
+/// would put it elsewhere. Keys, unlike ranges, are applied in order.
+/// \return false when the text before the caret can be read and is still another one after 0.1 s.
+bool AccessibleInsertion::typedTextHasArrived() {
+    if (!expected_)
+        return true;
+    for (int check = 0; check < arrivalChecks; ++check) {
+        if (check > 0)
+            scheduler_.sleep(betweenReads);
+        const auto range = readSelectedRange();
+        if (!range)
+            return true;
+        if (range->location < deleteUnits_)
+            continue;
+        const auto before = valueAs<std::string>(accessibility_.parameterizedValue(
+            element_, attribute::stringForRange, TextRange{range->location - deleteUnits_, deleteUnits_}));
+        if (!before || *before == *expected_)
+            return true;
+    }
+    return readSelectedRange().value_or(TextRange{}).location < deleteUnits_;
 }
 
 std::optional<TextRange> AccessibleInsertion::readSelectedRange(bool logsFailure) {
@@ -105,6 +133,10 @@ AccessibleInsertion::Outcome AccessibleInsertion::replaceSelection(TextRange del
     if (log_.debugEnabled())
         log_.debug("insertViaAX: selected text = {} ({} UTF-16 units, expected {})",
                    log_.redactQuoted(selected), unicode::utf16Length(selected), deleteUnits_);
+    // An application that took the request and selected nothing looks like one that does not tell what is
+    // selected; its range tells them apart.
+    if (const auto range = readSelectedRange(); selected.empty() && range && range->length == 0)
+        return abandonSelection(caret, false);
     switch (insertion::judge(selected, expected_, deleteUnits_, deletion.length)) {
     case insertion::Selection::good:
         return setSelectedText(deletion, selectionMade);

@@ -12,7 +12,7 @@ namespace glyma {
 
 /// One attempt to replace the typed text through the element that has the focus. Many applications report
 /// success while doing something else, so that every step is verified; what accessibility cannot finish is
-/// handed back. Main thread, which it blocks for at most 0.18 s beyond the application's own answers.
+/// handed back. Main thread, which it blocks for at most 0.28 s beyond the application's own answers.
 class AccessibleInsertion {
 public:
     enum class Outcome {
@@ -32,6 +32,7 @@ public:
     Outcome run();
 
 private:
+    bool typedTextHasArrived();
     std::optional<TextRange> readSelectedRange(bool logsFailure = false);
     bool select(TextRange range);
     std::string readSelectedText(std::ptrdiff_t minimumUnits);

@@ -24,7 +24,14 @@ void TextInserter::insert(const std::string& text, std::ptrdiff_t deleteCharsBef
         log.debug("insert: deleteCharsBefore={}, text=\"{}\" ({} chars, {} UTF-16)", deleteCharsBefore,
                   log.redact(unicode::firstGraphemes(text, 20)), unicode::graphemeCount(text),
                   unicode::utf16Length(text));
-    jobs_.after(beforeInsertion, [this, text, deleteCharsBefore, expected] {
+    const auto target = services_.frontApplications.current();
+    jobs_.after(beforeInsertion, [this, target, text, deleteCharsBefore, expected] {
+        // What stands before the caret of another application is not ours to delete.
+        if (services_.frontApplications.current() != target) {
+            services_.log.debug("insert: another application has come to the front; leaving the text untouched");
+            services_.bell.ring();
+            return;
+        }
         if (!insertViaAccessibility(text, deleteCharsBefore, expected))
             insertViaClipboard(text, deleteCharsBefore);
     });
@@ -65,7 +72,13 @@ void TextInserter::insertViaClipboard(const std::string& text, std::ptrdiff_t de
     const auto delay = deleteCount * forEachBackspace;
     log.debug("insertViaClipboard: scheduling paste after {:.3f}s",
               std::chrono::duration<double>(delay).count());
-    jobs_.after(delay, [this, text, chord] {
+    const auto target = services_.frontApplications.current();
+    jobs_.after(delay, [this, target, text, chord] {
+        if (services_.frontApplications.current() != target) {
+            services_.log.debug("insertViaClipboard: another application has come to the front; not pasting");
+            services_.bell.ring();
+            return;
+        }
         services_.log.debug("insertViaClipboard: sending Cmd+V");
         paste(text, chord);
     });

@@ -23,7 +23,7 @@ QUERIES = {
     "plain": ["smile", "heart", "thumbs up", "cat", "s", "rocket", "pizza", "+1", "no entry", "arrow"],
     "german": ["zebra", "yen", "pizza", "jazz", "z", "crazy", "smile"],
     "caps-lock": ["smile", "heart", "cat"],
-    "snippet": ["postal"],
+    "snippet": ["qaddress"],
 }
 SNIPPET = "Quillaby House\n1 Main Street \U0001f3e0\n\tback door"
 DELAY = 15
@@ -31,8 +31,8 @@ DELAY = 15
 
 def settings():
     return {
-        "userReplacements": [{"id": "5B0F3F0C-3B0E-4B51-9D7A-0A3C6A8B1F11", "name": "Postal address",
-                              "keywords": ["postal"], "text": SNIPPET}],
+        "userReplacements": [{"id": "5B0F3F0C-3B0E-4B51-9D7A-0A3C6A8B1F11", "name": "Where I live",
+                              "keywords": ["qaddress"], "text": SNIPPET}],
         "excludedApps": [],
     }
 

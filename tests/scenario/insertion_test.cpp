@@ -68,7 +68,7 @@ TEST_F(Insertion, ReplacesTheTypedTextInEveryKindOfApplication) {
 }
 
 // The text layer takes an empty selected text for an application that does not tell what is selected.
-TEST_F(Insertion, DISABLED_DeletesTheTypedTextWhereTheSelectionIsOnlyPretended) {
+TEST_F(Insertion, DeletesTheTypedTextWhereTheSelectionIsOnlyPretended) {
     auto& application = desktop.open("editor", simulated::ignoresSelection());
     settle();
     choose("a:smil");

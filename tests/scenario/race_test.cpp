@@ -92,7 +92,7 @@ TEST_F(Race, AReturnThatFindsNothingClosesThePicker) {
 }
 
 // The text layer does not look which application is in front when it begins.
-TEST_F(Race, DISABLED_SwitchingApplicationsBeforeTheInsertionTouchesNeither) {
+TEST_F(Race, SwitchingApplicationsBeforeTheInsertionTouchesNeither) {
     auto& other = desktop.open("other", simulated::silent());
     other.setText("untouched");
     desktop.activate(*editor);

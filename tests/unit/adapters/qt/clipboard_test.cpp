@@ -58,10 +58,15 @@ TEST_F(QtClipboardTest, GivesBackEveryTypeByteForByte) {
     clipboard.setTransientText("😄");
     EXPECT_EQ(valueOf(seenByOthers(), "UTF8_STRING"), "😄");
     clipboard.restore(saved);
-    const auto seen = seenByOthers();
-    for (const auto& [type, data] : saved)
-        EXPECT_EQ(valueOf(seen, type) == data, true) << type;
-    EXPECT_EQ(clipboard.snapshot().size() >= saved.size(), true);
+    // Twice: the second time what is saved is what we own ourselves.
+    for (int round = 0; round < 2; ++round) {
+        const auto seen = seenByOthers();
+        for (const auto& [type, data] : saved)
+            EXPECT_EQ(valueOf(seen, type) == data, true) << type << " in round " << round;
+        const auto ours = clipboard.snapshot();
+        clipboard.setTransientText("😄");
+        clipboard.restore(ours);
+    }
 }
 
 TEST_F(QtClipboardTest, GivesBackATextOfferedUnderTheNamesOfXAlone) {
