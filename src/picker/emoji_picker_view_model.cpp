@@ -68,7 +68,7 @@ void EmojiPickerViewModel::setOnItemsChanged(std::function<void()> callback) {
     onItemsChanged_ = std::move(callback);
 }
 
-void EmojiPickerViewModel::setItems(std::vector<PickerItem> items) {
+void EmojiPickerViewModel::setItems(PickerItems items) {
     items_ = std::move(items);
     itemCount_ = items_.size();
     changed.emit();
@@ -79,7 +79,7 @@ void EmojiPickerViewModel::setItems(std::vector<PickerItem> items) {
 void EmojiPickerViewModel::performSearch() {
     if (searchTask_)
         searchTask_->cancel();
-    const auto deliver = [this, alive = std::weak_ptr(alive_)](std::vector<PickerItem> items, bool isFinal) {
+    const auto deliver = [this, alive = std::weak_ptr(alive_)](PickerItems items, bool isFinal) {
         if (alive.expired())
             return;
         const auto count = static_cast<std::ptrdiff_t>(items.size());
@@ -98,7 +98,7 @@ void EmojiPickerViewModel::refreshAfterImport() {
     if (searchTask_)
         searchTask_->cancel();
     // The highlight stays where the user left it while the catalogue grows under an open picker.
-    const auto deliver = [this, alive = std::weak_ptr(alive_)](std::vector<PickerItem> items, bool isFinal) {
+    const auto deliver = [this, alive = std::weak_ptr(alive_)](PickerItems items, bool isFinal) {
         if (alive.expired())
             return;
         setItems(std::move(items));

@@ -21,7 +21,7 @@ public:
 
     const std::string& trigger() const { return trigger_; }
     const std::string& query() const { return query_; }
-    const std::vector<PickerItem>& items() const { return items_; }
+    const PickerItems& items() const { return items_; }
     bool isSearching() const { return isSearching_; }
     bool isPolling() const { return isPolling_; }
     bool isKeystrokeMode() const { return isKeystrokeMode_; }
@@ -52,7 +52,7 @@ public:
 private:
     void performSearch();
     void refreshAfterImport();
-    void setItems(std::vector<PickerItem> items);
+    void setItems(PickerItems items);
     void setIsSearching(bool value);
     template<typename Value>
     void assign(Value& field, Value value);
@@ -60,7 +60,7 @@ private:
     UnicodeDataManager& catalogue_;
     std::string trigger_ = ":";
     std::string query_;
-    std::vector<PickerItem> items_;
+    PickerItems items_;
     std::atomic<std::size_t> itemCount_ = 0;
     std::function<void()> onItemsChanged_;
     bool isSearching_ = false;

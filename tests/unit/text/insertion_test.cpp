@@ -120,7 +120,7 @@ TEST_F(InsertionTest, CountsCharactersOfSeveralUnitsWhenItKnowsThem) {
 
 TEST_F(InsertionTest, UsesTheKeyboardWhenTheCaretStandsTooFarLeft) {
     auto& editor = open(":a| b");
-    inserter->insert("x", 3, ":ab");
+    inserter->insert("x", 3, std::nullopt);
     desktop.advance(50ms + 59ms);
     EXPECT_EQ(editor.keysInjected(), "<BackSpace><BackSpace><BackSpace>");
     desktop.advance(1ms);
@@ -133,6 +133,7 @@ TEST_F(InsertionTest, UsesTheKeyboardWhenTheCaretStandsTooFarLeft) {
 
 TEST_F(InsertionTest, DeletesWithTheKeyboardWhatIsNotTheExpectedText) {
     auto& editor = open("a xyz| b");
+    accessibility.tellsTextOfRanges = false;
     insert("😄", 3, ":ab");
     EXPECT_EQ(editor.text(), "a 😄 b");
     EXPECT_THAT(loggedLines(),
@@ -141,8 +142,29 @@ TEST_F(InsertionTest, DeletesWithTheKeyboardWhatIsNotTheExpectedText) {
     EXPECT_EQ(desktop.bell.count, 0);
 }
 
+TEST_F(InsertionTest, WaitsForTypedTextThatIsStillArriving) {
+    auto& editor = open("👨‍👩‍👧 [|] b", simulated::lateKeys(90ms));
+    desktop.type(":ab");
+    insert("😄", 3, ":ab");
+    EXPECT_EQ(editor.text(), "👨‍👩‍👧 [😄] b");
+    EXPECT_THAT(editor.keysInjected(), IsEmpty());
+}
+
+TEST_F(InsertionTest, NeverSelectsInATextThatIsNotTheTypedOne) {
+    auto& editor = open("a xyz| b");
+    bool hasSelected = false;
+    accessibility.onSet = [&](std::string_view name, const AttributeValue&) {
+        hasSelected = hasSelected || name == attribute::selectedTextRange;
+        return std::optional<Accessibility::Result<void>>();
+    };
+    insert("😄", 3, ":ab");
+    EXPECT_FALSE(hasSelected);
+    EXPECT_EQ(editor.keysInjected(), "<BackSpace><BackSpace><BackSpace><Control+V>");
+}
+
 TEST_F(InsertionTest, LeavesUnknownTextAloneWhenItStaysSelected) {
     auto& editor = open("a xyz| b");
+    accessibility.tellsTextOfRanges = false;
     accessibility.onSet = [](std::string_view name,
                              const AttributeValue& value) -> std::optional<Accessibility::Result<void>> {
         const auto* range = std::get_if<TextRange>(&value);

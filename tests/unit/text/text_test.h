@@ -30,6 +30,7 @@ public:
     std::function<std::optional<Result<AttributeValue>>(const ElementReference&, std::string_view)> onRead;
     std::function<std::optional<Result<void>>(std::string_view, const AttributeValue&)> onSet;
     std::function<std::optional<Result<ElementReference>>(const ElementReference&)> onHitTest;
+    bool tellsTextOfRanges = true;
 
     ElementReference systemWide() override { return desktop; }
     ElementReference application(pid_t process) override { return behind_.application(process); }
@@ -41,6 +42,8 @@ public:
     }
     Result<AttributeValue> parameterizedValue(const ElementReference& element, std::string_view name,
                                               const AttributeValue& parameter) override {
+        if (!tellsTextOfRanges && name == attribute::stringForRange)
+            return std::unexpected(AccessibilityError::unsupported);
         return behind_.parameterizedValue(element, name, parameter);
     }
     Result<void> setAttributeValue(const ElementReference& element, std::string_view name,
