@@ -20,7 +20,9 @@ public:
         bool operator==(const CharData&) const = default;
     };
 
-    CLDRImporter(const ResourceLocator& resources, Log& log) : resources_(resources), log_(log) {}
+    CLDRImporter(const ResourceLocator& resources, Log& log)
+        : resources_(resources)
+        , log_(log) {}
 
     /// In the file's order. All or nothing: an error says which file and why.
     std::expected<std::vector<CharData>, std::string> load() const;

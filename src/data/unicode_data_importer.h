@@ -11,7 +11,8 @@
 
 namespace glyma {
 
-/// Reads the block list and the character list of the Unicode Character Database. Malformed lines are skipped.
+/// Reads the block list and the character list of the Unicode Character Database. Malformed lines are
+/// skipped.
 class UnicodeDataImporter {
 public:
     struct BlockData {
@@ -28,7 +29,8 @@ public:
         bool operator==(const CharData&) const = default;
     };
 
-    explicit UnicodeDataImporter(const ResourceLocator& resources) : resources_(resources) {}
+    explicit UnicodeDataImporter(const ResourceLocator& resources)
+        : resources_(resources) {}
 
     /// In file order. Errors say which file and why.
     std::expected<std::vector<BlockData>, std::string> loadBlocks() const;

@@ -11,8 +11,8 @@
 
 namespace glyma {
 
-/// Reads the descriptions of the Egyptian hieroglyphs, whose Unicode names carry only sign numbers, and makes search
-/// keywords of them.
+/// Reads the descriptions of the Egyptian hieroglyphs, whose Unicode names carry only sign numbers, and makes
+/// search keywords of them.
 class UniKemetImporter {
 public:
     struct HieroglyphInfo {
@@ -23,7 +23,9 @@ public:
     /// By code point as written after "U+" in the file.
     using Descriptions = std::unordered_map<std::string, HieroglyphInfo>;
 
-    UniKemetImporter(const ResourceLocator& resources, Log& log) : resources_(resources), log_(log) {}
+    UniKemetImporter(const ResourceLocator& resources, Log& log)
+        : resources_(resources)
+        , log_(log) {}
 
     std::expected<Descriptions, std::string> load() const;
     static Descriptions parse(std::string_view text);

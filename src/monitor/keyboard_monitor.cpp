@@ -125,8 +125,9 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
     }
 }
 
-/// On the main thread: an application that was never asked before can take tenths of a second to tell its focused
-/// element, and keys heard meanwhile would reach it before the keys they open the picker for are claimed.
+/// On the main thread: an application that was never asked before can take tenths of a second to tell its
+/// focused element, and keys heard meanwhile would reach it before the keys they open the picker for are
+/// claimed.
 void KeyboardMonitor::Implementation::rememberSource() {
     post([process = state.frontProcess()](Implementation& self) {
         self.text.setSourceAppPID(process);

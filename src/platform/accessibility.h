@@ -2,13 +2,12 @@
 
 #include "platform/geometry.h"
 
-#include <sys/types.h>
-
 #include <cstddef>
 #include <expected>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 #include <variant>
 #include <vector>
 
@@ -44,8 +43,8 @@ struct Address {
 };
 
 /// A value of an attribute. Strings are UTF-8.
-using AttributeValue = std::variant<std::string, TextRange, Point, Size, Rect, ElementReference, Address, TextMarker,
-                                    TextMarkerRange, std::vector<TextMarker>, std::ptrdiff_t>;
+using AttributeValue = std::variant<std::string, TextRange, Point, Size, Rect, ElementReference, Address,
+                                    TextMarker, TextMarkerRange, std::vector<TextMarker>, std::ptrdiff_t>;
 
 enum class AccessibilityError {
     unsupported, ///< the element has no such attribute
@@ -77,8 +76,8 @@ inline constexpr std::string_view boundsForTextMarkerRange = "AXBoundsForTextMar
 inline constexpr std::string_view stringForTextMarkerRange = "AXStringForTextMarkerRange";
 } // namespace attribute
 
-/// Reads and changes what other applications show. Every call answers within 150 ms; an application that did not
-/// is left alone for two seconds, in which it answers `timedOut` at once. Any thread.
+/// Reads and changes what other applications show. Every call answers within 150 ms; an application that did
+/// not is left alone for two seconds, in which it answers `timedOut` at once. Any thread.
 class Accessibility {
 public:
     template<typename Value>

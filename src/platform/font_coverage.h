@@ -8,8 +8,8 @@ namespace glyma {
 class FontCoverage {
 public:
     virtual ~FontCoverage() = default;
-    /// Whether an installed font draws the text without a missing glyph; a sequence must be drawn by one font.
-    /// \param text  one grapheme cluster, UTF-8, not empty.
+    /// Whether an installed font draws the text without a missing glyph; a sequence must be drawn by one
+    /// font. \param text  one grapheme cluster, UTF-8, not empty.
     virtual bool canDraw(std::string_view text) = 0;
 };
 

@@ -2,11 +2,10 @@
 
 #include "platform/subscription.h"
 
-#include <sys/types.h>
-
 #include <functional>
 #include <optional>
 #include <string>
+#include <sys/types.h>
 
 namespace glyma {
 

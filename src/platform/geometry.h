@@ -4,8 +4,9 @@
 
 namespace glyma {
 
-/// Desktop coordinates: device pixels of the whole desktop, origin at its top left, y growing downwards. Everything
-/// that crosses a port is in them; only the windows themselves think in logical pixels (Screen::scale).
+/// Desktop coordinates: device pixels of the whole desktop, origin at its top left, y growing downwards.
+/// Everything that crosses a port is in them; only the windows themselves think in logical pixels
+/// (Screen::scale).
 struct Point {
     double x = 0;
     double y = 0;

@@ -6,7 +6,8 @@
 
 namespace glyma {
 
-/// Canonical key codes: one number for each physical key whatever the desktop calls it. Stored shortcuts use them.
+/// Canonical key codes: one number for each physical key whatever the desktop calls it. Stored shortcuts use
+/// them.
 namespace keycode {
 inline constexpr std::uint16_t v = 9;
 inline constexpr std::uint16_t returnKey = 36;
@@ -59,8 +60,9 @@ struct KeyChord {
     bool operator==(const KeyChord&) const = default;
 };
 
-/// The keys that the callback would consume if they came now. A desktop where consuming has to be arranged ahead
-/// (X11: passive grabs) needs to know; one that asks for a verdict on every key (an input method) does not.
+/// The keys that the callback would consume if they came now. A desktop where consuming has to be arranged
+/// ahead (X11: passive grabs) needs to know; one that asks for a verdict on every key (an input method) does
+/// not.
 struct KeyClaims {
     /// Up, Down, Return, keypad Enter and Escape, unless Control or Command is held.
     bool pickerKeys = false;
@@ -79,8 +81,9 @@ constexpr bool isClaimed(const KeyClaims& claims, std::uint16_t keyCode, std::ui
         return true;
     if (claims.escape && keyCode == keycode::escape && !(flags & modifier::controlOptionOrCommand))
         return true;
-    const bool drivesPicker = keyCode == keycode::up || keyCode == keycode::down || keyCode == keycode::returnKey ||
-                              keyCode == keycode::keypadEnter || keyCode == keycode::escape;
+    const bool drivesPicker = keyCode == keycode::up || keyCode == keycode::down ||
+                              keyCode == keycode::returnKey || keyCode == keycode::keypadEnter ||
+                              keyCode == keycode::escape;
     return claims.pickerKeys && drivesPicker && !(flags & modifier::controlOrCommand);
 }
 

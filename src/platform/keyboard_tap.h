@@ -18,7 +18,8 @@ public:
 
     /// Starts the tap thread. The error says what is missing and what the user can do. Main thread.
     virtual std::expected<void, std::string> start(Callback callback) = 0;
-    /// Ends the tap thread and gives back everything claimed; the callback does not run after it. Main thread.
+    /// Ends the tap thread and gives back everything claimed; the callback does not run after it. Main
+    /// thread.
     virtual void stop() = 0;
     /// Makes a tap that reported KeyEvent::Type::tapDisabledByTimeout work again. Tap thread.
     virtual void enable() = 0;

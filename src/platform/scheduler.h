@@ -10,8 +10,8 @@ namespace glyma {
 using Timestamp = std::chrono::system_clock::time_point;
 using Milliseconds = std::chrono::milliseconds;
 
-/// The main queue: work that must run on the main thread, now, later or repeatedly. The only source of delayed
-/// work and of sleep, so that tests can own the clock.
+/// The main queue: work that must run on the main thread, now, later or repeatedly. The only source of
+/// delayed work and of sleep, so that tests can own the clock.
 class Scheduler {
 public:
     virtual ~Scheduler() = default;

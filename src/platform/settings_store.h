@@ -8,8 +8,9 @@
 
 namespace glyma {
 
-/// Where settings persist: one JSON value a key. Each change is on disk, whole, when the call returns; a change that
-/// cannot be written is kept in memory and reported once in the log. Main thread for writing, any for reading.
+/// Where settings persist: one JSON value a key. Each change is on disk, whole, when the call returns; a
+/// change that cannot be written is kept in memory and reported once in the log. Main thread for writing, any
+/// for reading.
 class SettingsStore {
 public:
     virtual ~SettingsStore() = default;

@@ -12,8 +12,10 @@ namespace glyma {
 class Subscription {
 public:
     Subscription() = default;
-    explicit Subscription(std::function<void()> cancel) : cancel_(std::move(cancel)) {}
-    Subscription(Subscription&& other) noexcept : cancel_(std::exchange(other.cancel_, nullptr)) {}
+    explicit Subscription(std::function<void()> cancel)
+        : cancel_(std::move(cancel)) {}
+    Subscription(Subscription&& other) noexcept
+        : cancel_(std::exchange(other.cancel_, nullptr)) {}
     Subscription& operator=(Subscription&& other) noexcept {
         if (this != &other) {
             reset();
@@ -36,8 +38,8 @@ private:
 };
 
 /// Tells any number of listeners that something happened. Single-threaded; listeners may connect, disconnect
-/// and even destroy the signal's other listeners while it is being emitted. A listener outliving the signal is
-/// harmless: its subscription then does nothing.
+/// and even destroy the signal's other listeners while it is being emitted. A listener outliving the signal
+/// is harmless: its subscription then does nothing.
 template<typename... Arguments>
 class Signal {
 public:

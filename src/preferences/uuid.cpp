@@ -42,7 +42,8 @@ std::string makeUuid() {
         bits /= 16;
         --unused;
     }
-    // RFC 9562: the version is the first digit of the third group, the variant the top two bits of the fourth.
+    // RFC 9562: the version is the first digit of the third group, the variant the top two bits of the
+    // fourth.
     uuid[14] = '4';
     uuid[19] = digits[8 + digits.find(uuid[19]) % 4];
     return uuid;

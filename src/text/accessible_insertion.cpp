@@ -64,10 +64,10 @@ AccessibleInsertion::Outcome AccessibleInsertion::run() {
     return replaceSelection(deletion, caret);
 }
 
-/// Applications apply keys, and tell of it, some time after the tap has heard them (Firefox under load: tenths of a
-/// second). Ranges counted in a text that is still changing would select something else, and putting the caret back
-/// would put it elsewhere. Keys, unlike ranges, are applied in order.
-/// \return false when the text before the caret can be read and is still another one after 0.1 s.
+/// Applications apply keys, and tell of it, some time after the tap has heard them (Firefox under load:
+/// tenths of a second). Ranges counted in a text that is still changing would select something else, and
+/// putting the caret back would put it elsewhere. Keys, unlike ranges, are applied in order. \return false
+/// when the text before the caret can be read and is still another one after 0.1 s.
 bool AccessibleInsertion::typedTextHasArrived() {
     if (!expected_)
         return true;

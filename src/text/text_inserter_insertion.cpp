@@ -28,7 +28,8 @@ void TextInserter::insert(const std::string& text, std::ptrdiff_t deleteCharsBef
     jobs_.after(beforeInsertion, [this, target, text, deleteCharsBefore, expected] {
         // What stands before the caret of another application is not ours to delete.
         if (services_.frontApplications.current() != target) {
-            services_.log.debug("insert: another application has come to the front; leaving the text untouched");
+            services_.log.debug(
+                "insert: another application has come to the front; leaving the text untouched");
             services_.bell.ring();
             return;
         }

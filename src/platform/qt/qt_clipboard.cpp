@@ -21,8 +21,8 @@ ClipboardSnapshot contentsOf(const QMimeData& data) {
     return result;
 }
 
-/// The contents as Qt can offer them again. Qt serves the X targets for text only from a text of its own, whatever
-/// bytes stand under their names (QXcbMime::mimeDataForAtom).
+/// The contents as Qt can offer them again. Qt serves the X targets for text only from a text of its own,
+/// whatever bytes stand under their names (QXcbMime::mimeDataForAtom).
 std::unique_ptr<QMimeData> offered(const ClipboardSnapshot& snapshot) {
     auto data = std::make_unique<QMimeData>();
     std::optional<QString> text;

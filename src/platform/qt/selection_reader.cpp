@@ -116,7 +116,7 @@ Property SelectionReader::Connection::takeProperty() {
 /// The next accepted event, or null when none came in time.
 template<typename Accept>
 Owned<xcb_generic_event_t> SelectionReader::Connection::waitFor(Accept accept) {
-        xcb_flush(xcb);
+    xcb_flush(xcb);
     for (;;) {
         while (Owned<xcb_generic_event_t> event{xcb_poll_for_event(xcb)})
             if (accept(*event))

@@ -13,8 +13,8 @@ namespace glyma::dbus {
 inline constexpr const char* serviceName = "net.quillaby.Glyma";
 inline constexpr const char* objectPath = "/net/quillaby/Glyma";
 
-/// The running program on the session bus: other starts of the program find it there and tell it what to do. Needs the
-/// application object; main thread.
+/// The running program on the session bus: other starts of the program find it there and tell it what to do.
+/// Needs the application object; main thread.
 class SingleInstance : public QDBusVirtualObject {
 public:
     enum class Start {
@@ -24,7 +24,8 @@ public:
     };
 
     /// \param onActivate  somebody has started the program again.
-    /// \param onQuit      somebody wants it to end. Both are called on the main thread, after the caller was answered.
+    /// \param onQuit      somebody wants it to end. Both are called on the main thread, after the caller was
+    /// answered.
     SingleInstance(std::function<void()> onActivate, std::function<void()> onQuit);
     /// Gives the name back.
     ~SingleInstance() override;

@@ -2,14 +2,14 @@
 
 #include "platform/linux/xdg/files.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
 
-#include <cerrno>
-
 namespace glyma::xdg {
 
-std::expected<InstanceLock, InstanceLock::Failure> InstanceLock::acquire(const std::filesystem::path& dataFolder) {
+std::expected<InstanceLock, InstanceLock::Failure>
+InstanceLock::acquire(const std::filesystem::path& dataFolder) {
     if (!makePrivateFolder(dataFolder))
         return std::unexpected(Failure::unavailable);
     FileDescriptor file(::open((dataFolder / "Glyma.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));

@@ -1,5 +1,5 @@
-// Asks the accessibility adapter what a test tells it to: one JSON array [command, arguments...] a line on standard
-// input, one JSON object a line on standard output, with the time that the call took.
+// Asks the accessibility adapter what a test tells it to: one JSON array [command, arguments...] a line on
+// standard input, one JSON object a line on standard output, with the time that the call took.
 
 #include "platform/linux/atspi/atspi_accessibility.h"
 
@@ -39,13 +39,15 @@ json describeValue(const AttributeValue& value) {
 
 class Probe {
 public:
-    Probe() : accessibility_({.enableBus = true, .warn = [](auto message) { std::cerr << message << '\n'; }}) {}
+    Probe()
+        : accessibility_({.enableBus = true, .warn = [](auto message) { std::cerr << message << '\n'; }}) {}
 
     json answer(const json& command) {
         const auto name = command.at(0).get<std::string>();
         if (name == "status") {
             const auto status = accessibility_.status();
-            return {{"value", {status.hasSessionBus, status.answers, status.isEnabled}}, {"error", status.error}};
+            return {{"value", {status.hasSessionBus, status.answers, status.isEnabled}},
+                    {"error", status.error}};
         }
         if (name == "password")
             return {{"value", accessibility_.focusIsPasswordField()}};
@@ -71,7 +73,8 @@ public:
             return result(accessibility_.setAttributeValue(element_, command.at(1).get<std::string>(),
                                                            command.at(2).get<std::string>()));
         if (name == "settable")
-            return {{"value", accessibility_.isAttributeSettable(element_, command.at(1).get<std::string>())}};
+            return {
+                {"value", accessibility_.isAttributeSettable(element_, command.at(1).get<std::string>())}};
         return {{"error", "unknown command"}};
     }
 
@@ -108,7 +111,8 @@ int main() {
     for (std::string line; std::getline(std::cin, line);) {
         const auto start = std::chrono::steady_clock::now();
         auto answer = probe.answer(json::parse(line));
-        answer["ms"] = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+        answer["ms"] =
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
         std::cout << answer.dump() << std::endl;
     }
     return std::cout ? 0 : 1;
