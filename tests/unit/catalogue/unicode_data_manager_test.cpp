@@ -298,8 +298,13 @@ TEST_F(Manager, EveryEmojiComesUpOnceBeforeAnyComesAgain) {
 
 TEST_F(Manager, UnicodePickTakesEmojiOnlyWhenAsked) {
     preferences_.setRandomUnicodeIncludesEmoji(false);
-    for (auto pick = 0; pick < 12; ++pick)
-        EXPECT_THAT(manager_->pickRandom(false), ::testing::AnyOf("€", "™", "♥"));
+    std::string last;
+    for (auto pick = 0; pick < 60; ++pick) { // twenty cycles of three
+        const auto character = manager_->pickRandom(false);
+        EXPECT_THAT(character, ::testing::AnyOf("€", "™", "♥"));
+        EXPECT_NE(character, last);
+        last = character;
+    }
     EXPECT_THAT(manager_->randomUnicodeDisplayPool(), IsEmpty());
     preferences_.setRandomUnicodeIncludesEmoji(true);
     std::set<std::string> picked;
