@@ -31,10 +31,11 @@ struct CharacterRow {
 
 /// The persistent catalogue and what the user taught it: an SQLite file in WAL mode with the tables
 /// `UnicodeChar`, `UnicodeBlock` and `TermSelection`, whose columns are named as the records' fields, plus
-/// columns of its own: the folded texts (folding at load would cost more than the load) and the place in name
-/// order. Each instance is one connection and is used from one thread at a time; several may be open on a
-/// file. Errors carry SQLite's words. A call that fails changes nothing. A call that meets damage in the file
-/// leaves a mark beside it, and the next open() fails. Visitors must not call the store that they visit.
+/// columns of its own with the folded texts (folding at load would cost more than the load). Rows that fill
+/// an empty store are put in name order, so that reading them in that order is one sweep. Each instance is
+/// one connection and is used from one thread at a time; several may be open on a file. Errors carry SQLite's
+/// words. A call that fails changes nothing. A call that meets damage in the file leaves a mark beside it,
+/// and the next open() fails. Visitors must not call the store that they visit.
 class Store {
 public:
     template<typename Value>
@@ -92,7 +93,8 @@ public:
     Result<void> setCharacterEnabled(std::string_view character, bool enabled);
     Result<void> setBlockEnabled(std::string_view blockName, bool enabled);
 
-    /// A transaction over several calls: commits with commit(), rolls back when destroyed without.
+    /// A transaction over several calls: commits with commit(), rolls back when destroyed without. It must
+    /// not outlive its store, which can have one at a time.
     class Transaction {
     public:
         Transaction(Transaction&&) noexcept;

@@ -13,7 +13,6 @@ ClipboardLoan::~ClipboardLoan() {
 }
 
 void ClipboardLoan::borrow() {
-    giveBackLater_.reset();
     auto contents = clipboard_.snapshot();
     if (!saved_ || !holdsOurText(contents))
         saved_ = std::move(contents);

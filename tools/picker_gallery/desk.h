@@ -61,6 +61,8 @@ private:
 public:
     UnicodeDataManager catalogue;
     EmojiPickerViewModel model;
+    /// How often the picker asked for the target's text element again.
+    int recached = 0;
     qt::EmojiPickerPanel panel;
 };
 

@@ -28,6 +28,8 @@ using Owned = std::unique_ptr<T, FreeDeleter>;
 constexpr std::array<std::string_view, 7> notContents = {
     "TARGETS", "MULTIPLE", "TIMESTAMP", "SAVE_TARGETS", "DELETE", "INSERT_SELECTION", "INSERT_PROPERTY"};
 
+constexpr unsigned propertyCount = 64;
+
 /// Thirty-two bit words of property data read at once.
 constexpr std::uint32_t chunkWords = 1U << 20U;
 
@@ -42,7 +44,10 @@ struct SelectionReader::Connection {
     xcb_connection_t* xcb = nullptr;
     xcb_window_t window = XCB_NONE;
     xcb_atom_t selection = XCB_ATOM_NONE;
+    /// Where the answer to the current request is put. Each request has another one: an owner that comes back
+    /// to life answers the requests that were given up, too.
     xcb_atom_t property = XCB_ATOM_NONE;
+    unsigned requests = 0;
     xcb_atom_t targets = XCB_ATOM_NONE;
     xcb_atom_t incremental = XCB_ATOM_NONE;
     SteadyClock::time_point end;
@@ -71,7 +76,6 @@ SelectionReader::Connection::Connection(const std::string& selectionName)
     xcb_create_window(xcb, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
     selection = atom(selectionName);
-    property = atom("GLYMA_TRANSFER");
     targets = atom("TARGETS");
     incremental = atom("INCR");
 }
@@ -109,16 +113,15 @@ Property SelectionReader::Connection::takeProperty() {
     }
 }
 
-/// The next accepted event, or null when none came within the silence or the total allowed.
+/// The next accepted event, or null when none came in time.
 template<typename Accept>
 Owned<xcb_generic_event_t> SelectionReader::Connection::waitFor(Accept accept) {
-    const auto deadline = std::min(SteadyClock::now() + silenceAllowed, end);
-    xcb_flush(xcb);
+        xcb_flush(xcb);
     for (;;) {
         while (Owned<xcb_generic_event_t> event{xcb_poll_for_event(xcb)})
             if (accept(*event))
                 return event;
-        const auto left = std::chrono::ceil<Milliseconds>(deadline - SteadyClock::now());
+        const auto left = std::chrono::ceil<Milliseconds>(end - SteadyClock::now());
         if (left.count() <= 0 || xcb_connection_has_error(xcb))
             return nullptr;
         pollfd descriptor{xcb_get_file_descriptor(xcb), POLLIN, 0};
@@ -127,12 +130,13 @@ Owned<xcb_generic_event_t> SelectionReader::Connection::waitFor(Accept accept) {
 }
 
 std::optional<std::string> SelectionReader::Connection::convert(xcb_atom_t target, bool& ownerIsSilent) {
+    property = atom("GLYMA_TRANSFER_" + std::to_string(requests++ % propertyCount));
     xcb_delete_property(xcb, window, property);
     xcb_convert_selection(xcb, window, selection, target, property, XCB_CURRENT_TIME);
     const auto event = waitFor([&](const xcb_generic_event_t& candidate) {
-        // Late answers to a request that was given up carry another target.
-        return (candidate.response_type & 0x7F) == XCB_SELECTION_NOTIFY &&
-               reinterpret_cast<const xcb_selection_notify_event_t&>(candidate).target == target;
+        const auto& answer = reinterpret_cast<const xcb_selection_notify_event_t&>(candidate);
+        return (candidate.response_type & 0x7F) == XCB_SELECTION_NOTIFY && answer.target == target &&
+               (answer.property == property || answer.property == XCB_ATOM_NONE);
     });
     ownerIsSilent = !event;
     if (!event || reinterpret_cast<const xcb_selection_notify_event_t&>(*event).property == XCB_ATOM_NONE)
@@ -173,11 +177,13 @@ bool SelectionReader::works() const {
 
 ClipboardSnapshot SelectionReader::read() {
     auto& connection = *connection_;
-    connection.end = SteadyClock::now() + totalAllowed;
     bool ownerIsSilent = false;
+    connection.end = SteadyClock::now() + silenceAllowed;
     const auto list = connection.convert(connection.targets, ownerIsSilent);
     if (!list)
         return {};
+    // One that answers is alive; it may need longer to turn a large picture into a file.
+    connection.end = SteadyClock::now() + totalAllowed;
     std::vector<xcb_atom_t> targets(list->size() / sizeof(xcb_atom_t));
     std::memcpy(targets.data(), list->data(), targets.size() * sizeof(xcb_atom_t));
 

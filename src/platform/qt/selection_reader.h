@@ -12,9 +12,9 @@ namespace glyma::qt {
 /// fraction of a second; Qt's own reading blocks for five seconds for each type.
 class SelectionReader {
 public:
-    /// How long the owner may stay silent before it is given up.
+    /// How long the owner may take to tell which types it has before it is given up.
     static constexpr Milliseconds silenceAllowed{250};
-    /// How long everything together may take; types not delivered by then are missing from the answer.
+    /// How long all the data may take after that; types not delivered by then are missing from the answer.
     static constexpr Milliseconds totalAllowed{2000};
 
     /// \param selection  "CLIPBOARD" or "PRIMARY".

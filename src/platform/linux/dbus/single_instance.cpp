@@ -1,13 +1,13 @@
 #include "platform/linux/dbus/single_instance.h"
 
-#include <QEventLoop>
-#include <QTimer>
 #include <QtDBus/QDBusConnectionInterface>
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusReply>
-#include <QtDBus/QDBusServiceWatcher>
 
 #include <chrono>
+#include <poll.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace glyma::dbus {
 
@@ -38,6 +38,18 @@ std::expected<void, std::string> call(const QDBusConnection& bus, const char* me
     return {};
 }
 
+/// A descriptor of a process, negative when the system gives none.
+int descriptorOf(uint process) {
+    // glibc 2.36 declares a wrapper, but not for C++.
+    return static_cast<int>(::syscall(SYS_pidfd_open, static_cast<pid_t>(process), 0));
+}
+
+/// \param process  a descriptor of it, which becomes readable at its end.
+bool endsInTime(int process) {
+    pollfd ended{.fd = process, .events = POLLIN, .revents = 0};
+    return ::poll(&ended, 1, static_cast<int>(std::chrono::milliseconds(endTime).count())) == 1;
+}
+
 } // namespace
 
 SingleInstance::SingleInstance(std::function<void()> onActivate, std::function<void()> onQuit)
@@ -57,8 +69,9 @@ SingleInstance::Start SingleInstance::claim() {
         return Start::noBus;
     // The object comes first: who sees the name may call at once.
     bus_.registerVirtualObject(objectPath, this);
-    const auto reply = bus_.interface()->registerService(serviceName, QDBusConnectionInterface::DontQueueService,
-                                                         QDBusConnectionInterface::DontAllowReplacement);
+    const auto reply =
+        bus_.interface()->registerService(serviceName, QDBusConnectionInterface::DontQueueService,
+                                          QDBusConnectionInterface::DontAllowReplacement);
     if (!reply.isValid()) {
         bus_.unregisterObject(objectPath);
         return Start::noBus;
@@ -73,7 +86,8 @@ SingleInstance::Start SingleInstance::claim() {
 QString SingleInstance::introspect(const QString& path) const {
     if (path != objectPath)
         return {};
-    return QStringLiteral("<interface name=\"%1\"><method name=\"Activate\"/><method name=\"Quit\"/></interface>")
+    return QStringLiteral(
+               "<interface name=\"%1\"><method name=\"Activate\"/><method name=\"Quit\"/></interface>")
         .arg(QString::fromLatin1(serviceName));
 }
 
@@ -97,13 +111,15 @@ std::expected<void, std::string> quitRunning() {
     const auto bus = busWithRunningProgram();
     if (!bus)
         return std::unexpected(bus.error());
-    QEventLoop loop;
-    const QDBusServiceWatcher watcher(serviceName, *bus, QDBusServiceWatcher::WatchForUnregistration);
-    QObject::connect(&watcher, &QDBusServiceWatcher::serviceUnregistered, &loop, [&] { loop.exit(0); });
-    if (const auto told = call(*bus, "Quit"); !told)
+    const QDBusReply<uint> process = bus->interface()->servicePid(serviceName);
+    const int descriptor = process.isValid() ? descriptorOf(process.value()) : -1;
+    const auto told = call(*bus, "Quit");
+    const bool ended = !told || descriptor < 0 || endsInTime(descriptor);
+    if (descriptor >= 0)
+        ::close(descriptor);
+    if (!told)
         return told;
-    QTimer::singleShot(endTime, &loop, [&] { loop.exit(1); });
-    if (loop.exec() != 0)
+    if (!ended)
         return std::unexpected("the running program was told to end but has not ended within five seconds");
     return {};
 }

@@ -64,12 +64,14 @@ bool FontconfigCoverage::canDraw(std::string_view text) {
     const auto& known = fonts();
     if (known.colorFirst.empty())
         return true;
-    const auto scalars = unicode::scalars(text);
-    if (scalars.size() <= 1)
-        return !scalars.empty() && known.has(scalars.front());
+    if (text.empty())
+        return false;
+    const auto first = unicode::firstScalar(text);
+    if (unicode::fromScalar(first) == text)
+        return known.has(first);
     const auto visible = visibleScalars(text);
     if (visible.size() <= 1)
-        return known.has(visible.empty() ? scalars.front() : visible.front());
+        return known.has(visible.empty() ? first : visible.front());
     return canDrawSequence(text, visible);
 }
 

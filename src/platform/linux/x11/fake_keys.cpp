@@ -22,7 +22,23 @@ void sendMark(const Connection& connection, xcb_window_t witness, EchoMark mark)
                    reinterpret_cast<const char*>(&event));
 }
 
+/// A device's key events are numbered from the extension's first event; the server then moves the key on that
+/// device (XTestFakeDeviceKeyEvent).
+std::uint8_t eventType(const Connection& connection, bool isPress, xcb_input_device_id_t device) {
+    const int first = device == FakeKeys::ownDevice
+                          ? XCB_KEY_PRESS
+                          : connection.extension(xcb_input_id)->first_event + XCB_INPUT_DEVICE_KEY_PRESS;
+    return static_cast<std::uint8_t>(isPress ? first : first + 1);
+}
+
 } // namespace
+
+bool FakeKeys::canMove(const Connection& connection, xcb_input_device_id_t device, xcb_keycode_t idleKey) {
+    const auto cookie = xcb_test_fake_input_checked(connection.get(), eventType(connection, false, device),
+                                                    idleKey, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0,
+                                                    static_cast<std::uint8_t>(device));
+    return !owned(xcb_request_check(connection.get(), cookie));
+}
 
 EchoMark readMark(const xcb_client_message_event_t& event) {
     return {.batch = event.data.data32[0], .isEnd = event.data.data32[1] != 0};
@@ -37,14 +53,9 @@ EchoLedger::Batch FakeKeys::write(const Connection& connection, EchoLedger& echo
         batch = echoes.announce(std::move(expected));
         sendMark(connection, witness, {.batch = batch, .isEnd = false});
     }
-    const auto* const xinput = connection.extension(xcb_input_id);
     auto* const server = connection.get();
     const auto move = [&](const Move& each) {
-        // A device's key events are numbered from the extension's first event; the server then moves the key
-        // on that device (XTestFakeDeviceKeyEvent).
-        const auto base =
-            each.device == ownDevice ? XCB_KEY_PRESS : xinput->first_event + XCB_INPUT_DEVICE_KEY_PRESS;
-        const auto type = static_cast<std::uint8_t>(base + (each.key.isPress ? 0 : 1));
+        const auto type = eventType(connection, each.key.isPress, each.device);
         xcb_test_fake_input(server, type, each.key.key, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0,
                             static_cast<std::uint8_t>(each.device));
     };

@@ -24,7 +24,9 @@ public:
         press(key);
         release(key);
     }
-    bool isEmpty() const { return moves_.empty(); }
+    /// Whether the server moves keys on this keyboard for us. One round trip.
+    /// \param idleKey  a key that is up: its release is tried.
+    static bool canMove(const Connection& connection, xcb_input_device_id_t device, xcb_keycode_t idleKey);
 
     /// Writes all of it to the connection's buffer; the caller flushes.
     /// \param witness  the window in which the tap sees the marks; XCB_WINDOW_NONE when there is no tap.

@@ -17,7 +17,8 @@ struct FrontApplicationTracker::Reader {
     FrontApplication read() const { return describe(windows.activeWindow()); }
 
     FrontApplication describe(xcb_window_t window) const {
-        if (window == XCB_WINDOW_NONE)
+        // The server still knows the client of a window that has gone.
+        if (window == XCB_WINDOW_NONE || !windows.exists(window))
             return {};
         const auto identity = windows.identity(window);
         FrontApplication front{.identifier = desktopEntryOf ? desktopEntryOf(identity) : std::nullopt,
@@ -46,7 +47,7 @@ public:
         , changed_(std::move(changed))
         , stop_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
         watchRoot();
-        look();
+        last_ = reader_->read();
         thread_ = std::thread([this] { run(); });
     }
     ~Watcher() {
@@ -113,8 +114,6 @@ private:
         if (front == last_)
             return;
         last_ = std::move(front);
-        if (!std::exchange(hasLooked_, true))
-            return;
         scheduler_.post([changed = changed_, now = last_] {
             if (const auto signal = changed.lock())
                 signal->emit(now);
@@ -125,7 +124,6 @@ private:
     Scheduler& scheduler_;
     std::weak_ptr<Changed> changed_;
     FrontApplication last_;
-    bool hasLooked_ = false;
     Descriptor stop_;
     std::thread thread_;
 };

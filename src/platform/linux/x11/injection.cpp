@@ -3,6 +3,7 @@
 #include "platform/linux/x11/xkb_protocol.h"
 
 #include <algorithm>
+#include <iterator>
 #include <ranges>
 
 namespace glyma::x11 {
@@ -11,8 +12,9 @@ namespace {
 
 constexpr std::uint8_t keyClass = 0; // KeyClass of the X input extension, version 1
 constexpr int bitsPerByte = 8;
+constexpr int lastKey = 255;
 
-bool isDown(const std::uint8_t* keys, xkb_keycode_t key) {
+bool isDown(const std::uint8_t* keys, int key) {
     return keys[key / bitsPerByte] & (1U << (key % bitsPerByte));
 }
 
@@ -44,8 +46,7 @@ Keyboards readKeyboards(const Connection& connection) {
     return keyboards;
 }
 
-std::vector<HeldKey> readHeldModifiers(const Connection& connection, const Keyboards& keyboards,
-                                       const KeyboardMap& map) {
+std::vector<HeldKey> readHeldKeys(const Connection& connection, const Keyboards& keyboards) {
     std::vector<std::pair<xcb_input_device_id_t, xcb_input_query_device_state_cookie_t>> requests;
     for (const auto device : keyboards.slaves)
         requests.emplace_back(
@@ -54,8 +55,8 @@ std::vector<HeldKey> readHeldModifiers(const Connection& connection, const Keybo
     for (const auto& [device, cookie] : requests) {
         const auto reply = owned(xcb_input_query_device_state_reply(connection.get(), cookie, nullptr));
         const auto* const keys = reply ? keysOf(*reply) : nullptr;
-        for (auto key = map.firstKey(); keys && key <= map.lastKey(); ++key)
-            if (isDown(keys, key) && map.isHeldModifier(key))
+        for (int key = 0; keys && key <= lastKey; ++key)
+            if (isDown(keys, key))
                 held.push_back({static_cast<xcb_keycode_t>(key), device});
     }
     return held;
@@ -67,37 +68,49 @@ xkb_layout_index_t readLayout(const Connection& connection) {
     return reply ? reply->group : 0;
 }
 
+void disguise(FakeKeys& keys, const KeyboardMap& map) {
+    if (const auto key = map.meaninglessKey())
+        keys.tap(*key);
+    else
+        for (const auto control : map.keysForFlags(modifier::control))
+            keys.tap(control);
+}
+
 Injection planInjection(std::span<const KeyChord> chords, const std::vector<HeldKey>& held,
                         const KeyboardMap& map, xkb_layout_index_t layout) {
-    Injection plan;
-    // Alt or Super that goes down and up with no other key in between opens a menu or an overview.
-    const auto disguise = [&] {
-        if (!std::ranges::any_of(held, [&](const HeldKey& each) { return map.actsAlone(each.key); }))
-            return;
-        if (const auto key = map.meaninglessKey())
-            plan.keys.tap(*key);
-        else
-            for (const auto control : map.keysForFlags(modifier::control))
-                plan.keys.tap(control);
+    struct Keys {
+        std::vector<xcb_keycode_t> modifiers;
+        xcb_keycode_t key;
     };
-    disguise();
-    for (const auto& each : held)
+    Injection plan;
+    std::vector<Keys> typed;
+    for (const auto& chord : chords)
+        if (const auto key = map.keyForCode(chord.keyCode, layout))
+            typed.push_back({map.keysForFlags(chord.flags), *key});
+    plan.isComplete = typed.size() == chords.size();
+    std::ranges::copy_if(held, std::back_inserter(plan.restored),
+                         [&](const HeldKey& each) { return map.isHeldModifier(each.key); });
+    const bool needsDisguise =
+        std::ranges::any_of(plan.restored, [&](const HeldKey& each) { return map.actsAlone(each.key); });
+
+    if (needsDisguise)
+        disguise(plan.keys, map);
+    for (const auto& each : plan.restored)
         plan.keys.release(each.key, each.device);
-    for (const auto& chord : chords) {
-        const auto key = map.keyForCode(chord.keyCode, layout);
-        plan.isComplete = plan.isComplete && key;
-        if (!key)
-            continue;
-        const auto modifiers = map.keysForFlags(chord.flags);
+    // The server ignores the press of a key that is down, and the release of one that is up.
+    for (const auto& each : typed)
+        plan.keys.release(each.key);
+    for (const auto& [modifiers, key] : typed) {
         for (const auto each : modifiers)
             plan.keys.press(each);
-        plan.keys.tap(*key);
+        plan.keys.tap(key);
         for (const auto each : modifiers | std::views::reverse)
             plan.keys.release(each);
     }
-    for (const auto& each : held)
+    for (const auto& each : plan.restored)
         plan.keys.press(each.key, each.device);
-    disguise();
+    if (needsDisguise)
+        disguise(plan.keys, map);
     return plan;
 }
 

@@ -21,20 +21,26 @@ struct Keyboards {
     std::vector<xcb_input_device_id_t> slaves;
 };
 Keyboards readKeyboards(const Connection& connection);
-/// Which modifiers are down. One round trip.
-std::vector<HeldKey> readHeldModifiers(const Connection& connection, const Keyboards& keyboards,
-                                       const KeyboardMap& map);
+/// Which keys are down. One round trip.
+std::vector<HeldKey> readHeldKeys(const Connection& connection, const Keyboards& keyboards);
 /// The layout in effect.
 xkb_layout_index_t readLayout(const Connection& connection);
 
 struct Injection {
     FakeKeys keys;
+    /// Modifiers that are lifted and pressed again.
+    std::vector<HeldKey> restored;
     /// False when a chord's key is on no keyboard here.
     bool isComplete = true;
 };
 
-/// Lifts what is held, types the chords, and presses again what was held.
+/// Lifts the modifiers that are held, types the chords, and presses again what was held. A held key that a
+/// chord needs is lifted for good: the server ignores the press of a key that is down.
 Injection planInjection(std::span<const KeyChord> chords, const std::vector<HeldKey>& held,
                         const KeyboardMap& map, xkb_layout_index_t layout);
+
+/// Presses and releases a key without a meaning. Alt or Super that goes down and up with no other key in
+/// between opens a menu or an overview; this one in between prevents it.
+void disguise(FakeKeys& keys, const KeyboardMap& map);
 
 } // namespace glyma::x11

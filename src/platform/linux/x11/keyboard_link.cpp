@@ -33,6 +33,7 @@ std::expected<void, std::string> KeyboardLink::open() {
         return std::unexpected(map.error());
     map_ = std::move(*map);
     lists_.clear();
+    movable_.clear();
     layout_ = readLayout(*connection_);
     grabs_.emplace(*connection_, report_);
     return {};
@@ -145,18 +146,31 @@ std::vector<SwallowedKey> KeyboardLink::swallow() {
 void KeyboardLink::drop(const SwallowedKey& swallowed) {
     if (swallowed.isBystander && map_->shifts(swallowed.key))
         return;
+    if (!isMovable(swallowed.source)) {
+        xcb_input_xi_ungrab_device(connection_->get(), swallowed.time, swallowed.master);
+        connection_->flush();
+        return;
+    }
     FakeKeys keys;
     keys.release(swallowed.key, swallowed.source);
     if (swallowed.isBystander)
         keys.press(swallowed.key, swallowed.source);
+    else if (map_->flags(swallowed.modifiers) & (modifier::option | modifier::command))
+        disguise(keys, *map_); // the application saw the modifier and must not take it for a bare one
     keys.write(*connection_, echoes_, witness_);
-    if (!swallowed.isBystander) {
-        // For a keyboard on which the server lets nobody move keys. With the time of the press: a later key's
-        // grab stays.
-        xcb_input_xi_ungrab_device(connection_->get(), swallowed.time, swallowed.master);
-        swallowed_.push_back(swallowed);
-    }
     connection_->flush();
+    if (!swallowed.isBystander)
+        swallowed_.push_back(swallowed);
+}
+
+/// Whether the server lets us move keys on this keyboard; tried once, with the release of a key that is up.
+bool KeyboardLink::isMovable(xcb_input_device_id_t device) {
+    const auto known = movable_.find(device);
+    if (known != movable_.end())
+        return known->second;
+    const bool isMovable =
+        FakeKeys::canMove(*connection_, device, map_->meaninglessKey().value_or(map_->lastKey()));
+    return movable_[device] = isMovable;
 }
 
 bool KeyboardLink::inject(std::span<const KeyChord> chords) {
@@ -164,25 +178,20 @@ bool KeyboardLink::inject(std::span<const KeyChord> chords) {
     if (!open())
         return false;
     const auto keyboards = readKeyboards(*connection_);
-    const auto held = readHeldModifiers(*connection_, keyboards, *map_);
+    const auto held = readHeldKeys(*connection_, keyboards);
     for (const auto& swallowed : swallow())
         drop(swallowed);
-    const auto plan = planInjection(chords, held, *map_, readLayout(*connection_));
+    auto plan = planInjection(chords, held, *map_, readLayout(*connection_));
     restoringBatch_ = plan.keys.write(*connection_, echoes_, witness_, keyboards.masters);
-    connection_->flush();
-    restored_.clear();
-    for (const auto& each : held)
-        restored_.emplace_back(each.key, each.device);
+    restored_ = std::move(plan.restored);
+    (void)connection_->focus(); // its answer comes when all keys have been moved
     wake();
     return plan.isComplete && isOpen();
 }
 
-std::vector<std::pair<xcb_keycode_t, xcb_input_device_id_t>>
-KeyboardLink::restoredBy(EchoLedger::Batch batch) {
+std::vector<HeldKey> KeyboardLink::restoredBy(EchoLedger::Batch batch) {
     const std::scoped_lock lock(mutex_);
-    if (batch != restoringBatch_)
-        return {};
-    return std::exchange(restored_, {});
+    return batch == restoringBatch_ ? std::exchange(restored_, {}) : std::vector<HeldKey>{};
 }
 
 void KeyboardLink::release(xcb_keycode_t key, xcb_input_device_id_t device) {

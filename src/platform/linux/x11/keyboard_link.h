@@ -2,6 +2,7 @@
 
 #include "platform/linux/x11/echo_ledger.h"
 #include "platform/linux/x11/fake_keys.h"
+#include "platform/linux/x11/injection.h"
 #include "platform/linux/x11/keyboard_grabs.h"
 #include "platform/linux/x11/keyboard_map.h"
 
@@ -53,7 +54,7 @@ public:
     /// See KeyInjector::inject.
     bool inject(std::span<const KeyChord> chords);
     /// The keys that the batch has pressed again because the user held them.
-    std::vector<std::pair<xcb_keycode_t, xcb_input_device_id_t>> restoredBy(EchoLedger::Batch batch);
+    std::vector<HeldKey> restoredBy(EchoLedger::Batch batch);
     /// Releases a key on a keyboard of the user.
     void release(xcb_keycode_t key, xcb_input_device_id_t device);
 
@@ -65,6 +66,7 @@ private:
     void apply();
     std::vector<SwallowedKey> swallow();
     void drop(const SwallowedKey& swallowed);
+    bool isMovable(xcb_input_device_id_t device);
     void wake() const;
 
     const std::string display_;
@@ -87,8 +89,9 @@ private:
     };
     std::vector<CachedList> lists_;
     std::vector<SwallowedKey> swallowed_;
+    std::map<xcb_input_device_id_t, bool> movable_;
     EchoLedger::Batch restoringBatch_ = 0;
-    std::vector<std::pair<xcb_keycode_t, xcb_input_device_id_t>> restored_;
+    std::vector<HeldKey> restored_;
 };
 
 } // namespace glyma::x11

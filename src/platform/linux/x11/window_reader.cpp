@@ -74,6 +74,11 @@ xcb_window_t WindowReader::topLevelOf(xcb_window_t window) const {
     return window;
 }
 
+bool WindowReader::exists(xcb_window_t window) const {
+    return owned(xcb_get_geometry_reply(connection_.get(), xcb_get_geometry(connection_.get(), window),
+                                        nullptr)) != nullptr;
+}
+
 WindowIdentity WindowReader::identity(xcb_window_t window) const {
     WindowIdentity identity;
     identity.applicationId = text(window, gtkApplicationAtom_);

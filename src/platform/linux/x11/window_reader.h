@@ -26,6 +26,7 @@ public:
     /// The active window by the window manager's word, else the top-level window that has the focus;
     /// XCB_WINDOW_NONE when there is none.
     xcb_window_t activeWindow() const;
+    bool exists(xcb_window_t window) const;
     WindowIdentity identity(xcb_window_t window) const;
     /// 0 when unknown.
     pid_t process(xcb_window_t window) const;

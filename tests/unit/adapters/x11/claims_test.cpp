@@ -25,6 +25,11 @@ const KeyClaims everything{.pickerKeys = true, .escape = true, .shortcut = short
 
 class ClaimsTest : public X11Test {};
 
+/// The key without a meaning that keeps Alt from being a bare one.
+bool isDisguise(const std::string& line) {
+    return line == "+248" || line == "-248";
+}
+
 bool contains(const GrabList& list, xkb_keycode_t key, ModifierMask mask) {
     const auto found = list.find(static_cast<xcb_keycode_t>(key));
     return found != list.end() && std::ranges::count(found->second, mask) == 1;
@@ -68,7 +73,8 @@ TEST_F(ClaimsTest, theApplicationGetsWhatIsNotClaimed) {
                 const auto event = heard.nextKey();
                 user->sync();
                 const bool isMine = isClaimed(claims, event.keyCode, event.flags);
-                const auto got = target->keys();
+                auto got = target->keys();
+                std::erase_if(got, isDisguise);
                 const Lines expected =
                     isMine ? Lines{} : Lines{fmt::format("+{}", key), fmt::format("-{}", key)};
                 ASSERT_EQ(got, expected) << "key " << int{key} << " modifiers " << mask;
@@ -77,6 +83,7 @@ TEST_F(ClaimsTest, theApplicationGetsWhatIsNotClaimed) {
         user->lockModifiers(0);
     }
     tap->claim(nothing);
+    target->record();
     for (const auto key : keys)
         user->tap(key);
     EXPECT_EQ(targetKeys().size(), keys.size() * 2);

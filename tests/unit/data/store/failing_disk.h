@@ -27,9 +27,12 @@ public:
     FailingDisk& operator=(const FailingDisk&) = delete;
 
     /// From now on so many writes succeed and every later one finds the disk full.
-    void fillAfter(long writes) { writesLeft_ = writes; }
+    void fillAfter(long writes) {
+        writesLeft_ = writes;
+        hasFailed_ = false;
+    }
     void empty() { writesLeft_ = unlimited; }
-    bool hasFailed() const { return writesLeft_ < 0; }
+    bool hasFailed() const { return hasFailed_; }
 
 private:
     static constexpr long unlimited = std::numeric_limits<long>::max();
@@ -51,7 +54,7 @@ private:
     }
     static int write(sqlite3_file* file, const void* bytes, int count, sqlite3_int64 offset) {
         if (writesLeft_ <= 0) {
-            writesLeft_ = -1;
+            hasFailed_ = true;
             return SQLITE_FULL;
         }
         --writesLeft_;
@@ -62,6 +65,7 @@ private:
     static inline sqlite3_vfs disk_{};
     static inline std::map<const sqlite3_io_methods*, Methods> methods_;
     static inline long writesLeft_ = unlimited;
+    static inline bool hasFailed_ = false;
 };
 
 } // namespace glyma
