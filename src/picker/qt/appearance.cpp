@@ -2,10 +2,10 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusVariant>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QMap>
@@ -55,7 +55,7 @@ void Appearance::askPortal() {
         return;
     qDBusRegisterMetaType<SettingsByNamespace>();
     bus.connect(portalService, portalPath, portalInterface, QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
+                SLOT(settingChanged(QDBusMessage)));
     auto call =
         QDBusMessage::createMethodCall(portalService, portalPath, portalInterface, QStringLiteral("ReadAll"));
     call << QStringList{appearanceNamespace};
@@ -71,9 +71,10 @@ void Appearance::askPortal() {
     });
 }
 
-void Appearance::settingChanged(const QString& nameSpace, const QString& key, const QDBusVariant& value) {
-    if (nameSpace == appearanceNamespace)
-        apply(key, value.variant());
+void Appearance::settingChanged(const QDBusMessage& message) {
+    const auto arguments = message.arguments();
+    if (arguments.size() == 3 && arguments[0].toString() == appearanceNamespace)
+        apply(arguments[1].toString(), arguments[2].value<QDBusVariant>().variant());
 }
 
 void Appearance::apply(const QString& key, const QVariant& value) {

@@ -3,7 +3,7 @@
 #include "picker/qt/theme.h"
 #include "platform/subscription.h"
 
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QObject>
 
 #include <optional>
@@ -28,7 +28,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private Q_SLOTS:
-    void settingChanged(const QString& nameSpace, const QString& key, const QDBusVariant& value);
+    /// \param message  carries the namespace, the key and the value.
+    void settingChanged(const QDBusMessage& message);
 
 private:
     void askPortal();

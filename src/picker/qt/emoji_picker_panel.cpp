@@ -1,7 +1,6 @@
 #include "picker/qt/emoji_picker_panel.h"
 
 #include "picker/placement.h"
-#include "picker/qt/picker_accessibility.h"
 #include "picker/qt/picker_layout.h"
 #include "picker/qt/screen_at.h"
 
@@ -32,7 +31,6 @@ EmojiPickerPanel::EmojiPickerPanel(PickerServices services)
     , skinToneMenu_(appearance_, compositor_, glyphs_)
     , appearanceSubscription_(appearance_.changed.connect([this] { refreshSurfaces(); }))
     , compositorSubscription_(compositor_.changed.connect([this] { refreshSurfaces(); })) {
-    installPickerAccessibility();
     view_.onSkinToneButton = [this] { openSkinToneMenu(); };
     warmUpEnd_.setSingleShot(true);
     QObject::connect(&warmUpEnd_, &QTimer::timeout, [this] { view_.hide(); });

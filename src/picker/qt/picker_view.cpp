@@ -1,6 +1,6 @@
 #include "picker/qt/picker_view.h"
 
-#include "picker/qt/skin_tones.h"
+#include "picker/qt/picker_accessibility.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -56,6 +56,7 @@ PickerView::PickerView(PickerServices& services, const Appearance& appearance,
     , preferencesSubscription_(services.preferences.changed.connect([this] { update(); }))
     , debugSubscription_(services.debug.changed.connect([this] { update(); })) {
     setMouseTracking(true);
+    installPickerAccessibility();
     setAccessibleName(QStringLiteral("Glyma"));
     randomTimer_.setInterval(randomInterval);
     connect(&randomTimer_, &QTimer::timeout, this, [this] {
@@ -68,7 +69,10 @@ PickerView::PickerView(PickerServices& services, const Appearance& appearance,
     connect(&busyTimer_, &QTimer::timeout, this, [this] { tick(); });
 }
 
-void PickerView::refreshFonts() {
+void PickerView::changeEvent(QEvent* event) {
+    FloatingSurface::changeEvent(event);
+    if (event->type() != QEvent::ApplicationFontChange && event->type() != QEvent::FontChange)
+        return;
     header_.refreshFonts();
     rows_.refreshFonts();
     update();

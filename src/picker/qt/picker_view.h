@@ -29,7 +29,6 @@ public:
 
     /// Draws one of everything off the screen, so that the first real paint finds fonts and glyphs ready.
     void warmUp();
-    void refreshFonts();
 
     ListGeometry list() const;
     /// The skin tone button, logical desktop coordinates.
@@ -41,6 +40,7 @@ public:
     std::function<void()> onSkinToneButton;
 
 protected:
+    void changeEvent(QEvent* event) override;
     void paintPanel(QPainter& painter) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;

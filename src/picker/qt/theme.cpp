@@ -97,7 +97,7 @@ QColor blended(const QColor& top, const QColor& bottom) {
 }
 
 double contrastRatio(const QColor& one, const QColor& other) {
-    const auto [low, high] = std::minmax(luminance(one), luminance(other));
+    const auto [low, high] = std::minmax({luminance(one), luminance(other)});
     return (high + 0.05) / (low + 0.05);
 }
 

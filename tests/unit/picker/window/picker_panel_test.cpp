@@ -2,6 +2,7 @@
 #include "picker/qt/picker_layout.h"
 #include "virtual_display.h"
 
+#include <QAccessible>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -165,6 +166,22 @@ TEST_F(PickerPanelTest, FollowsTheCompositor) {
     EXPECT_EQ(shown(), before);
     display().endCompositor();
     EXPECT_TRUE(eventually([] { return shown() == frame(); }));
+}
+
+TEST_F(PickerPanelTest, TellsAssistiveTechnologyWhatItShows) {
+    open("smiling face with horns", highCaret);
+    auto* list = QAccessible::queryAccessibleInterface(&desk->panel.view());
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->role(), QAccessible::List);
+    ASSERT_EQ(list->childCount(), static_cast<int>(desk->model.items().size()));
+    auto* row = list->child(0);
+    EXPECT_EQ(row->role(), QAccessible::ListItem);
+    EXPECT_EQ(row->text(QAccessible::Name), QStringLiteral("😈 smiling face with horns"));
+    EXPECT_TRUE(row->state().selected);
+    EXPECT_FALSE(row->state().focusable);
+    EXPECT_EQ(list->indexOfChild(row), 0);
+    desk->model.setQuery("smilq");
+    EXPECT_FALSE(row->isValid());
 }
 
 TEST_F(PickerPanelTest, SkinToneMenuStoresTheTone) {

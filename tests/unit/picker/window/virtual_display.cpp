@@ -12,6 +12,7 @@
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace glyma {
 
@@ -25,26 +26,38 @@ std::unique_ptr<Reply, Free> owned(Reply* reply) {
     return std::unique_ptr<Reply, Free>(reply);
 }
 
-/// \return the display's number.
-std::string startServer(pid_t& process) {
+/// Starts a program that writes a line to the descriptor given to it once it is ready.
+/// \param arguments  "%" in one of them stands for the descriptor.
+/// \return the line.
+std::string start(std::vector<std::string> arguments, pid_t& process) {
     int channel[2];
     if (::pipe(channel) != 0)
         return {};
-    const auto descriptor = std::to_string(channel[1]);
     process = ::fork();
     if (process == 0) {
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
         ::dup2(::open("/dev/null", O_WRONLY), STDERR_FILENO);
-        ::execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1280x800x24", "-noreset",
-                 "-nolisten", "tcp", nullptr);
+        std::vector<char*> words;
+        for (auto& argument : arguments) {
+            if (const auto place = argument.find('%'); place != std::string::npos)
+                argument.replace(place, 1, std::to_string(channel[1]));
+            words.push_back(argument.data());
+        }
+        words.push_back(nullptr);
+        ::execvp(words[0], words.data());
         ::_exit(127);
     }
     ::close(channel[1]);
-    std::string number;
+    std::string line;
     for (char letter = 0; ::read(channel[0], &letter, 1) == 1 && letter != '\n';)
-        number += letter;
+        line += letter;
     ::close(channel[0]);
-    return number;
+    return line;
+}
+
+void end(pid_t process) {
+    ::kill(process, SIGTERM);
+    ::waitpid(process, nullptr, 0);
 }
 
 } // namespace
@@ -55,9 +68,12 @@ VirtualDisplay& VirtualDisplay::shared() {
 }
 
 VirtualDisplay::VirtualDisplay() {
-    ::setenv("DISPLAY", (":" + startServer(server_)).c_str(), 1);
+    const auto number = start(
+        {"Xvfb", "-displayfd", "%", "-screen", "0", "1280x800x24", "-noreset", "-nolisten", "tcp"}, server_);
+    ::setenv("DISPLAY", (":" + number).c_str(), 1);
     ::setenv("QT_QPA_PLATFORM", "xcb", 1);
-    ::setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
+    ::setenv("DBUS_SESSION_BUS_ADDRESS",
+             start({"dbus-daemon", "--session", "--nofork", "--print-address=%"}, bus_).c_str(), 1);
     ::unsetenv("QT_SCALE_FACTOR");
     connection_ = xcb_connect(nullptr, nullptr);
     root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
@@ -70,8 +86,8 @@ VirtualDisplay::VirtualDisplay() {
 VirtualDisplay::~VirtualDisplay() {
     application_.reset();
     xcb_disconnect(connection_);
-    ::kill(server_, SIGTERM);
-    ::waitpid(server_, nullptr, 0);
+    end(server_);
+    end(bus_);
 }
 
 void VirtualDisplay::sync() {

@@ -12,7 +12,8 @@ class QApplication;
 
 namespace glyma {
 
-/// An X server of the tests' own, the application on it, and somebody with a mouse. Device pixels.
+/// An X server and a session bus of the tests' own, the application on them, and somebody with a mouse.
+/// Device pixels.
 class VirtualDisplay {
 public:
     static VirtualDisplay& shared();
@@ -42,6 +43,7 @@ private:
     void sync();
 
     pid_t server_ = 0;
+    pid_t bus_ = 0;
     xcb_connection_t* connection_ = nullptr;
     xcb_window_t root_ = 0;
     xcb_window_t focused_ = 0;
