@@ -10,18 +10,8 @@ namespace glyma {
 
 namespace {
 
+// A note, because the store drops its notes when the characters that they were made from change.
 constexpr std::string_view stampNote = "searchStamp";
-
-// Triggers, because every connection to the store then keeps the promise.
-constexpr const char* createTriggers = R"sql(
-CREATE TRIGGER IF NOT EXISTS SearchStamp_insert AFTER INSERT ON UnicodeChar
-BEGIN DELETE FROM StoreNote WHERE name = 'searchStamp'; END;
-CREATE TRIGGER IF NOT EXISTS SearchStamp_delete AFTER DELETE ON UnicodeChar
-BEGIN DELETE FROM StoreNote WHERE name = 'searchStamp'; END;
-CREATE TRIGGER IF NOT EXISTS SearchStamp_update
-AFTER UPDATE OF char, name, keywordsRaw, unicodeBlock, isEnabled, foldedName, foldedKeywords ON UnicodeChar
-BEGIN DELETE FROM StoreNote WHERE name = 'searchStamp'; END;
-)sql";
 
 } // namespace
 
@@ -100,7 +90,6 @@ std::expected<std::string, std::string> renewSearchStamp(const std::filesystem::
     try {
         StoreConnection connection(storeFile, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
         StoreWriteScope scope(connection);
-        connection.execute(createTriggers);
         StoreQuery(connection, "INSERT INTO StoreNote (name, value) VALUES (?, ?) "
                                "ON CONFLICT (name) DO UPDATE SET value = excluded.value")
             .with(stampNote, stamp)

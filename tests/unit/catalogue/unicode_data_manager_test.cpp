@@ -297,13 +297,22 @@ TEST_F(Manager, EveryEmojiComesUpOnceBeforeAnyComesAgain) {
 }
 
 TEST_F(Manager, UnicodePickTakesEmojiOnlyWhenAsked) {
+    auto store = Store::open(storeFile());
+    ASSERT_TRUE(
+        store->insertCharacters(std::vector{makeUnicodeChar("₤", "LIRA SIGN", {}, "Currency Symbols"),
+                                            makeUnicodeChar("₹", "RUPEE SIGN", {}, "Currency Symbols")}));
     preferences_.setRandomUnicodeIncludesEmoji(false);
-    for (auto pick = 0; pick < 12; ++pick)
-        EXPECT_THAT(manager_->pickRandom(false), ::testing::AnyOf("€", "™", "♥"));
+    std::string last;
+    for (auto pick = 0; pick < 60; ++pick) { // twenty cycles of three
+        const auto character = manager_->pickRandom(false);
+        EXPECT_THAT(character, ::testing::AnyOf("€", "₤", "₹"));
+        EXPECT_NE(character, last);
+        last = character;
+    }
     EXPECT_THAT(manager_->randomUnicodeDisplayPool(), IsEmpty());
     preferences_.setRandomUnicodeIncludesEmoji(true);
     std::set<std::string> picked;
-    for (auto pick = 0; pick < 7; ++pick)
+    for (auto pick = 0; pick < 9; ++pick)
         picked.insert(manager_->pickRandom(false));
     EXPECT_THAT(picked, Contains("🔥"));
     EXPECT_THAT(manager_->randomUnicodeDisplayPool(), SizeIs(4));
