@@ -141,9 +141,11 @@ function report() {
   } else { text = field.value; before = text.slice(0, field.selectionStart); }
   return JSON.stringify({text, before, focused: document.activeElement === field && document.hasFocus()});
 }
-let last = '';
-setInterval(() => { const now = report(); if (now !== last) { last = now; fetch('/state', {method: 'POST', body: now}); } }, 10);
-window.placeCaret = (behind) => {};
+let last = '', number = 0;
+setInterval(() => {
+  const now = report();
+  if (now !== last) { last = now; fetch('/state/' + ++number, {method: 'POST', body: now}); }
+}, 10);
 fetch('/caret').then(r => r.json()).then(position => {
   field.focus();
   if (field.isContentEditable) {
@@ -167,6 +169,8 @@ class FirefoxField:
     def __init__(self, desktop, kind, text, behind):
         self.desktop = desktop
         self.state = {"text": None, "before": None, "focused": False}
+        self.number = 0
+        self.lock = threading.Lock()
         page = PAGE % (self.fields[kind] % text)
         caret = len((text.partition(behind)[0] + behind).encode("utf-16-le")) // 2
         self.server = self._serve(page.encode(), json.dumps(caret).encode())
@@ -204,7 +208,12 @@ class FirefoxField:
                 self.wfile.write(body)
 
             def do_POST(self):
-                owner.state = json.loads(self.rfile.read(int(self.headers["Content-Length"])))
+                state = json.loads(self.rfile.read(int(self.headers["Content-Length"])))
+                # Reports may overtake each other.
+                number = int(self.path.rpartition("/")[2])
+                with owner.lock:
+                    if number > owner.number:
+                        owner.number, owner.state = number, state
                 self.send_response(204)
                 self.end_headers()
 

@@ -128,11 +128,3 @@ void Road::exclude(const std::string& identifier) {
 }
 
 } // namespace glyma::scenario
-
-#ifdef __SANITIZE_THREAD__
-// ICU is not built with the sanitizer, which therefore misses the lock under which ICU makes its shared
-// normaliser.
-extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions() {
-    return "race:icu_*::Normalizer2\n";
-}
-#endif
