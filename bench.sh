@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 tools/install-dependencies.sh build run demo bench test
-cmake --preset release >/dev/null
+cmake --preset bench >/dev/null
 cmake --build build/release >&2
 
 bin=build/release/bin

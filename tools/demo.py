@@ -15,7 +15,7 @@ from virtual_desktop import VirtualDesktop, wait_until
 
 def main():
     picture = Path(sys.argv[1] if len(sys.argv) > 1 else "glyma-demo.png")
-    with VirtualDesktop(compositor=False) as desktop:
+    with VirtualDesktop(size="800x600") as desktop:
         print("Starting Glyma and an editor on a virtual display ...", flush=True)
         glyma = Glyma(desktop)
         print(glyma.command("import", timeout=120), end="", flush=True)

@@ -6,21 +6,18 @@ set -euo pipefail
 
 build=(
     ca-certificates ccache cmake g++ git ninja-build pkg-config
-    libatspi2.0-dev libcli11-dev libfmt-dev libfontconfig-dev libfreetype-dev libharfbuzz-dev libicu-dev
-    libqt6svg6-dev libsqlite3-dev libsqlitecpp-dev libsystemd-dev nlohmann-json3-dev qt6-base-dev
-    libx11-dev libxcb1-dev libxcb-damage0-dev libxcb-randr0-dev libxcb-record0-dev libxcb-res0-dev libxcb-xfixes0-dev
-    libxcb-xinput-dev libxcb-xkb-dev libxcb-xtest0-dev libxkbcommon-dev libxkbcommon-x11-dev
+    libatspi2.0-dev libcli11-dev libdbus-1-dev libfmt-dev libfontconfig-dev libglib2.0-dev libharfbuzz-dev libicu-dev
+    libsqlite3-dev libsqlitecpp-dev libsystemd-dev nlohmann-json3-dev qt6-base-dev
+    libxcb1-dev libxcb-record0-dev libxcb-res0-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-xinput-dev
+    libxcb-xkb-dev libxcb-xtest0-dev libxkbcommon-dev libxkbcommon-x11-dev
 )
 run=(at-spi2-core fonts-dejavu-core fonts-noto-color-emoji)
 demo=(
-    adwaita-icon-theme dbus dbus-x11 dconf-gsettings-backend gir1.2-atspi-2.0 gsettings-desktop-schemas imagemagick
-    libatk-adaptor libglib2.0-bin mousepad openbox procps python3 python3-gi x11-utils x11-xkb-utils
-    x11-xserver-utils xauth xclip xdotool xvfb
+    dbus dconf-gsettings-backend gir1.2-atspi-2.0 imagemagick libglib2.0-bin mousepad openbox python3 python3-gi
+    x11-utils x11-xkb-utils xclip xdotool xvfb
 )
-test=(
-    clang-format clang-tidy featherpad firefox-esr gnome-text-editor libgmock-dev libgtest-dev picom sqlite3 xterm
-)
-bench=(fzf libbenchmark-dev sqlite3)
+test=(clang-format clang-tidy featherpad firefox-esr gnome-text-editor libgmock-dev libgtest-dev xterm)
+bench=(fzf libbenchmark-dev libxcb-damage0-dev)
 
 wanted=()
 for purpose in "$@"; do
@@ -44,6 +41,7 @@ if [ "$(id -u)" -ne 0 ]; then
     as_root=(sudo)
 fi
 echo "Installing ${#missing[@]} packages: ${missing[*]}" >&2
-export DEBIAN_FRONTEND=noninteractive
-"${as_root[@]}" apt-get update -qq
-"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300)
+# A foreign source that does not answer is no reason to stop: the installation says what it cannot find.
+"${apt[@]}" update || true
+"${apt[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null
