@@ -243,6 +243,9 @@ TextElement::Result<void> TextElement::select(TextRange range) {
         return failure();
     if (requestSelection(*span) && waitForSelection(*span))
         return {};
+    // A page under load takes it over later still, and no sooner undoes it.
+    if (toolkit_.selectsLate)
+        return std::unexpected(AccessibilityError::timedOut);
     // It must not be made later, when the caller has gone on without it.
     requestSelection(*before);
     return failure();
