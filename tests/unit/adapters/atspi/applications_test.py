@@ -69,8 +69,10 @@ class ApplicationTest(unittest.TestCase):
             for attempt in range(6):
                 self.assertEqual(self.probe.error("get", "AXSelectedTextRange"), "timed out")
                 self.assertLess(self.probe.last["ms"], DEADLINE_MS if attempt < 3 else 20)
-            self.assertEqual(self.probe.error("focus"), "timed out")
-            self.assertLess(self.probe.last["ms"], 20)
+            # The first of these may still find the worker inside the call that timed out.
+            for limit in (DEADLINE_MS, 20):
+                self.assertEqual(self.probe.error("focus"), "timed out")
+                self.assertLess(self.probe.last["ms"], limit)
         finally:
             os.kill(process_id, signal.SIGCONT)
         self.assertTrue(wait_until(lambda: self.probe("focus") and self.probe("get", "AXSelectedTextRange"), 5, 0.3))
