@@ -19,6 +19,8 @@ public:
     /// Replaces the contents by a text (UTF-8) that is there for a moment only, marked so that clipboard
     /// managers do not keep it.
     virtual void setTransientText(const std::string& text) = 0;
+    /// Whether anybody has asked for the transient text since it was put there.
+    virtual bool isTransientTextTaken() const = 0;
     /// Replaces our transient text by what was saved (an empty snapshot leaves an empty clipboard). Does
     /// nothing when somebody else has put something there since.
     virtual void restore(const ClipboardSnapshot& snapshot) = 0;

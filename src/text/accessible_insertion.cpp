@@ -22,6 +22,11 @@ std::optional<Value> valueAs(const Result& result) {
     return value ? std::optional(*value) : std::nullopt;
 }
 
+/// Whether it may still be done.
+bool isOpen(const Accessibility::Result<void>& result) {
+    return !result && result.error() == AccessibilityError::timedOut;
+}
+
 } // namespace
 
 AccessibleInsertion::AccessibleInsertion(Accessibility& accessibility, Scheduler& scheduler, Log& log,
@@ -48,20 +53,48 @@ AccessibleInsertion::Outcome AccessibleInsertion::run() {
     if (!selection)
         return Outcome::useClipboard;
 
-    const auto caret = selection->location;
-    const auto deletion = insertion::deletionRange(caret, deleteUnits_);
-    log_.debug("insertViaAX: caretLocation={}, deleteCount={}, deleteFrom={}, deleteLength={}", caret,
-               deleteUnits_, deletion.location, deletion.length);
-    logSurroundings(caret);
-    if (deleteUnits_ > caret) {
+    caret_ = selection->location;
+    deletion_ = insertion::deletionRange(caret_, deleteUnits_);
+    log_.debug("insertViaAX: caretLocation={}, deleteCount={}, deleteFrom={}, deleteLength={}", caret_,
+               deleteUnits_, deletion_.location, deletion_.length);
+    logSurroundings(caret_);
+    if (deleteUnits_ > caret_) {
         log_.debug(
             "insertViaAccessibility: caretLocation ({}) < deleteCount ({}); delegating to clipboard path",
-            caret, deleteUnits_);
+            caret_, deleteUnits_);
         return Outcome::useClipboard;
     }
     if (!accessibility_.isAttributeSettable(element_, attribute::selectedText))
-        return replaceValue(deletion);
-    return replaceSelection(deletion, caret);
+        return replaceValue();
+    return replaceSelection();
+}
+
+AccessibleInsertion::Outcome AccessibleInsertion::resolve() {
+    isUntouched_ = false;
+    const auto range = readSelectedRange();
+    if (!range)
+        return Outcome::uncertain;
+    if (range->length > 0) {
+        const auto selected =
+            valueAs<std::string>(accessibility_.attributeValue(element_, attribute::selectedText));
+        const bool isIntended = expected_ ? selected == expected_ : *range == deletion_;
+        return isIntended ? Outcome::pasteOverSelection : Outcome::uncertain;
+    }
+    if (range->location == deletion_.location + static_cast<std::ptrdiff_t>(unicode::utf16Length(text_)) &&
+        stands(range->location, text_))
+        return Outcome::done;
+    if (range->location == deletion_.location)
+        return Outcome::pasteOverSelection;
+    isUntouched_ = range->location == caret_ && (!expected_ || stands(caret_, *expected_));
+    return Outcome::uncertain;
+}
+
+/// Whether that text ends there.
+bool AccessibleInsertion::stands(std::ptrdiff_t end, const std::string& text) {
+    const auto length = static_cast<std::ptrdiff_t>(unicode::utf16Length(text));
+    return end >= length &&
+           valueAs<std::string>(accessibility_.parameterizedValue(element_, attribute::stringForRange,
+                                                                  TextRange{end - length, length})) == text;
 }
 
 /// Applications apply keys, and tell of it, some time after the tap has heard them (Firefox under load:
@@ -107,59 +140,68 @@ void AccessibleInsertion::logSurroundings(std::ptrdiff_t caret) {
                    range.location + range.length, log_.redactQuoted(*text));
 }
 
-bool AccessibleInsertion::select(TextRange range) {
-    return accessibility_.setAttributeValue(element_, attribute::selectedTextRange, range).has_value();
+Accessibility::Result<void> AccessibleInsertion::select(TextRange range) {
+    return accessibility_.setAttributeValue(element_, attribute::selectedTextRange, range);
 }
 
-AccessibleInsertion::Outcome AccessibleInsertion::replaceValue(TextRange deletion) {
+AccessibleInsertion::Outcome AccessibleInsertion::replaceValue() {
     if (!accessibility_.isAttributeSettable(element_, attribute::value))
         return Outcome::useClipboard;
     const auto value = valueAs<std::string>(accessibility_.attributeValue(element_, attribute::value));
     if (!value)
         return Outcome::useClipboard;
-    const auto newValue = insertion::replaced(*value, deletion, text_);
-    if (!newValue || !accessibility_.setAttributeValue(element_, attribute::value, *newValue))
+    const auto newValue = insertion::replaced(*value, deletion_, text_);
+    if (!newValue)
         return Outcome::useClipboard;
-    select({deletion.location + static_cast<std::ptrdiff_t>(unicode::utf16Length(text_)), 0});
+    if (const auto set = accessibility_.setAttributeValue(element_, attribute::value, *newValue); !set)
+        return isOpen(set) ? Outcome::uncertain : Outcome::useClipboard;
+    static_cast<void>(
+        select({deletion_.location + static_cast<std::ptrdiff_t>(unicode::utf16Length(text_)), 0}));
     return Outcome::done;
 }
 
-AccessibleInsertion::Outcome AccessibleInsertion::replaceSelection(TextRange deletion, std::ptrdiff_t caret) {
-    const bool selectionMade = select(deletion);
-    if (!selectionMade || deletion.length == 0)
-        return setSelectedText(deletion, selectionMade);
+AccessibleInsertion::Outcome AccessibleInsertion::replaceSelection() {
+    const auto selection = select(deletion_);
+    if (isOpen(selection))
+        return Outcome::uncertain;
+    const bool selectionMade = selection.has_value();
+    if (!selectionMade || deletion_.length == 0)
+        return setSelectedText(selectionMade);
 
-    const auto selected = readSelectedText(deletion.length);
+    const auto selected = readSelectedText(deletion_.length);
     if (log_.debugEnabled())
         log_.debug("insertViaAX: selected text = {} ({} UTF-16 units, expected {})",
                    log_.redactQuoted(selected), unicode::utf16Length(selected), deleteUnits_);
     // An application that took the request and selected nothing looks like one that does not tell what is
     // selected; its range tells them apart.
     if (const auto range = readSelectedRange(); selected.empty() && range && range->length == 0)
-        return abandonSelection(caret, false);
-    switch (insertion::judge(selected, expected_, deleteUnits_, deletion.length)) {
+        return abandonSelection(false);
+    switch (insertion::judge(selected, expected_, deleteUnits_, deletion_.length)) {
     case insertion::Selection::good:
-        return setSelectedText(deletion, selectionMade);
+        return setSelectedText(selectionMade);
     case insertion::Selection::mismatched:
         if (log_.debugEnabled())
             log_.debug("insertViaAX: selection is not the intended text (expected {})",
                        log_.redactQuoted(*expected_));
-        return abandonSelection(caret, true);
+        return abandonSelection(true);
     case insertion::Selection::wrong:
-        return abandonSelection(caret, true);
+        return abandonSelection(true);
     case insertion::Selection::unusable:
         break;
     }
-    return abandonSelection(caret, false);
+    return abandonSelection(false);
 }
 
-AccessibleInsertion::Outcome AccessibleInsertion::setSelectedText(TextRange deletion, bool selectionMade) {
-    if (accessibility_.setAttributeValue(element_, attribute::selectedText, text_)) {
+AccessibleInsertion::Outcome AccessibleInsertion::setSelectedText(bool selectionMade) {
+    const auto set = accessibility_.setAttributeValue(element_, attribute::selectedText, text_);
+    if (isOpen(set))
+        return Outcome::uncertain;
+    if (set) {
         if (!selectionMade || !selectionStillActive())
             return Outcome::done;
         log_.debug(
             "insertViaAX: Set reported success but selection did not collapse; re-selecting and pasting");
-        select(deletion);
+        static_cast<void>(select(deletion_));
         return Outcome::pasteOverSelection;
     }
     if (!selectionMade)
@@ -168,9 +210,9 @@ AccessibleInsertion::Outcome AccessibleInsertion::setSelectedText(TextRange dele
     return Outcome::pasteOverSelection;
 }
 
-AccessibleInsertion::Outcome AccessibleInsertion::abandonSelection(std::ptrdiff_t caret, bool isWrong) {
+AccessibleInsertion::Outcome AccessibleInsertion::abandonSelection(bool isWrong) {
     log_.debug("insertViaAX: selection unusable; collapsing and using clipboard");
-    if (collapseSelection(caret))
+    if (collapseSelection(caret_))
         return Outcome::useClipboard;
     if (!isWrong) {
         log_.debug("insertViaAX: collapse not confirmed; pasting over the selection instead");

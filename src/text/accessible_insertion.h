@@ -23,6 +23,9 @@ public:
         useClipboard,
         /// Something else is selected and stays so: nothing can be inserted without destroying it.
         refused,
+        /// The application did not say in time whether it did what it was told, and may still do it: any
+        /// other step now could delete or insert twice. Ask resolve() later.
+        uncertain,
     };
 
     /// \param deleteCount  grapheme clusters before the caret.
@@ -30,19 +33,26 @@ public:
                         std::ptrdiff_t deleteCount, std::optional<std::string> expected);
 
     Outcome run();
+    /// What has become of an uncertain step, as far as the application tells by now.
+    /// \return uncertain while it does not, or while the text is as it was before: a selection may still be
+    /// made.
+    Outcome resolve();
+    /// Whether the text is as it was before, as resolve() saw it last.
+    bool isUntouched() const { return isUntouched_; }
 
 private:
     bool typedTextHasArrived();
     std::optional<TextRange> readSelectedRange(bool logsFailure = false);
-    bool select(TextRange range);
+    Accessibility::Result<void> select(TextRange range);
     std::string readSelectedText(std::ptrdiff_t minimumUnits);
     bool collapseSelection(std::ptrdiff_t location);
     bool selectionStillActive();
     void logSurroundings(std::ptrdiff_t caret);
-    Outcome replaceValue(TextRange deletion);
-    Outcome replaceSelection(TextRange deletion, std::ptrdiff_t caret);
-    Outcome setSelectedText(TextRange deletion, bool selectionMade);
-    Outcome abandonSelection(std::ptrdiff_t caret, bool isWrong);
+    bool stands(std::ptrdiff_t end, const std::string& text);
+    Outcome replaceValue();
+    Outcome replaceSelection();
+    Outcome setSelectedText(bool selectionMade);
+    Outcome abandonSelection(bool isWrong);
 
     Accessibility& accessibility_;
     Scheduler& scheduler_;
@@ -51,6 +61,9 @@ private:
     std::string text_;
     std::optional<std::string> expected_;
     std::ptrdiff_t deleteUnits_;
+    std::ptrdiff_t caret_ = 0;
+    TextRange deletion_;
+    bool isUntouched_ = false;
 };
 
 } // namespace glyma

@@ -1,8 +1,16 @@
 #include "text/clipboard_loan.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace glyma {
+
+namespace {
+
+constexpr Milliseconds betweenFurtherWaits{100};
+constexpr int mostFurtherWaits = 45;
+
+} // namespace
 
 ClipboardLoan::ClipboardLoan(Clipboard& clipboard, Scheduler& scheduler)
     : clipboard_(clipboard)
@@ -22,12 +30,22 @@ bool ClipboardLoan::holdsOurText(const ClipboardSnapshot& contents) const {
     return lent_ && std::ranges::any_of(contents, [&](const auto& entry) { return entry.second == *lent_; });
 }
 
-void ClipboardLoan::lend(const std::string& text, Milliseconds delay) {
+void ClipboardLoan::lend(const std::string& text, Milliseconds delay, std::function<bool()> isTaken) {
     if (!saved_)
         borrow();
     clipboard_.setTransientText(text);
     lent_ = text;
-    giveBackLater_ = scheduler_.after(delay, [this] { giveBack(); });
+    isTaken_ = std::move(isTaken);
+    giveBackAfter(delay, mostFurtherWaits);
+}
+
+void ClipboardLoan::giveBackAfter(Milliseconds delay, int furtherWaits) {
+    giveBackLater_ = scheduler_.after(delay, [this, furtherWaits] {
+        if (furtherWaits > 0 && lent_ && !isTaken_())
+            giveBackAfter(betweenFurtherWaits, furtherWaits - 1);
+        else
+            giveBack();
+    });
 }
 
 void ClipboardLoan::giveBack() {

@@ -3,6 +3,7 @@
 #include "platform/clipboard.h"
 #include "platform/scheduler.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -20,11 +21,14 @@ public:
 
     /// Saves what the clipboard holds, unless that is our own text.
     void borrow();
-    /// Puts the text there until the delay is over. Borrows, where nothing is borrowed yet.
-    void lend(const std::string& text, Milliseconds delay);
+    /// Puts the text there until the delay is over; longer, up to a limit, while `isTaken` says that nobody
+    /// has asked for it: an application under load would otherwise paste what the user had copied. Borrows,
+    /// where nothing is borrowed yet.
+    void lend(const std::string& text, Milliseconds delay, std::function<bool()> isTaken);
     void giveBack();
 
 private:
+    void giveBackAfter(Milliseconds delay, int furtherWaits);
     bool holdsOurText(const ClipboardSnapshot& contents) const;
 
     Clipboard& clipboard_;
@@ -32,6 +36,7 @@ private:
     std::optional<ClipboardSnapshot> saved_;
     /// What we have put on the clipboard and not yet taken off.
     std::optional<std::string> lent_;
+    std::function<bool()> isTaken_;
     Subscription giveBackLater_;
 };
 

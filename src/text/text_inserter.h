@@ -13,6 +13,7 @@
 #include "text/delayed_jobs.h"
 
 #include <cstddef>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -75,8 +76,21 @@ private:
     std::optional<Rect> boundsForParameter(const ElementReference& element, std::string_view name,
                                            const AttributeValue& parameter) const;
 
-    bool insertViaAccessibility(const std::string& text, std::ptrdiff_t deleteCount,
-                                const std::optional<std::string>& expected);
+    /// One insertion under way.
+    struct Insertion {
+        std::string text;
+        std::ptrdiff_t deleteCount = 0;
+        FrontApplication target;
+        AccessibleInsertion accessible;
+        int resolveAttempts = 0;
+        int timesUntouched = 0;
+    };
+    bool insertViaAccessibility(const std::shared_ptr<Insertion>& insertion);
+    bool act(const std::shared_ptr<Insertion>& insertion, AccessibleInsertion::Outcome outcome);
+    void resolveLater(const std::shared_ptr<Insertion>& insertion);
+    void resolve(const std::shared_ptr<Insertion>& insertion);
+    bool isStillInFront(const FrontApplication& target);
+    void leaveUntouched(std::string_view why);
     void insertViaClipboard(const std::string& text, std::ptrdiff_t deleteCount);
     void pasteOverSelection(const std::string& text);
     KeyChord pasteChord() const;

@@ -12,6 +12,11 @@ namespace {
 constexpr Milliseconds beforeInsertion{50};
 /// Lets the target process one deletion.
 constexpr Milliseconds forEachBackspace{20};
+/// How long an application may leave open what it has done, and how often it must show the text as it was
+/// before for that to be believed.
+constexpr Milliseconds betweenResolveAttempts{100};
+constexpr int mostResolveAttempts = 35;
+constexpr int enoughTimesUntouched = 5;
 /// Lets the target read what is pasted.
 constexpr Milliseconds beforeGivingBack{500};
 
@@ -24,38 +29,68 @@ void TextInserter::insert(const std::string& text, std::ptrdiff_t deleteCharsBef
         log.debug("insert: deleteCharsBefore={}, text=\"{}\" ({} chars, {} UTF-16)", deleteCharsBefore,
                   log.redact(unicode::firstGraphemes(text, 20)), unicode::graphemeCount(text),
                   unicode::utf16Length(text));
-    const auto target = services_.frontApplications.current();
-    jobs_.after(beforeInsertion, [this, target, text, deleteCharsBefore, expected] {
-        // What stands before the caret of another application is not ours to delete.
-        if (services_.frontApplications.current() != target) {
-            services_.log.debug(
-                "insert: another application has come to the front; leaving the text untouched");
-            services_.bell.ring();
-            return;
-        }
-        if (!insertViaAccessibility(text, deleteCharsBefore, expected))
-            insertViaClipboard(text, deleteCharsBefore);
+    const auto insertion =
+        std::make_shared<Insertion>(text, deleteCharsBefore, services_.frontApplications.current(),
+                                    AccessibleInsertion(services_.accessibility, services_.scheduler,
+                                                        services_.log, text, deleteCharsBefore, expected));
+    jobs_.after(beforeInsertion, [this, insertion] {
+        if (isStillInFront(insertion->target) && !insertViaAccessibility(insertion))
+            insertViaClipboard(insertion->text, insertion->deleteCount);
     });
 }
 
+/// What stands before the caret of another application is not ours to delete.
+bool TextInserter::isStillInFront(const FrontApplication& target) {
+    if (services_.frontApplications.current() == target)
+        return true;
+    leaveUntouched("another application has come to the front");
+    return false;
+}
+
+void TextInserter::leaveUntouched(std::string_view why) {
+    services_.log.debug("insert: {}; leaving the text untouched", why);
+    services_.bell.ring();
+}
+
 /// \return false when the text still has to be inserted through the clipboard.
-bool TextInserter::insertViaAccessibility(const std::string& text, std::ptrdiff_t deleteCount,
-                                          const std::optional<std::string>& expected) {
-    AccessibleInsertion insertion(services_.accessibility, services_.scheduler, services_.log, text,
-                                  deleteCount, expected);
-    switch (insertion.run()) {
+bool TextInserter::insertViaAccessibility(const std::shared_ptr<Insertion>& insertion) {
+    return act(insertion, insertion->accessible.run());
+}
+
+bool TextInserter::act(const std::shared_ptr<Insertion>& insertion, AccessibleInsertion::Outcome outcome) {
+    switch (outcome) {
     case AccessibleInsertion::Outcome::done:
         break;
     case AccessibleInsertion::Outcome::pasteOverSelection:
-        pasteOverSelection(text);
+        pasteOverSelection(insertion->text);
         break;
     case AccessibleInsertion::Outcome::refused:
         services_.bell.ring();
+        break;
+    case AccessibleInsertion::Outcome::uncertain:
+        resolveLater(insertion);
         break;
     case AccessibleInsertion::Outcome::useClipboard:
         return false;
     }
     return true;
+}
+
+void TextInserter::resolveLater(const std::shared_ptr<Insertion>& insertion) {
+    jobs_.after(betweenResolveAttempts, [this, insertion] { resolve(insertion); });
+}
+
+void TextInserter::resolve(const std::shared_ptr<Insertion>& insertion) {
+    if (!isStillInFront(insertion->target))
+        return;
+    const auto outcome = insertion->accessible.resolve();
+    insertion->timesUntouched = insertion->accessible.isUntouched() ? insertion->timesUntouched + 1 : 0;
+    if (insertion->timesUntouched == enoughTimesUntouched)
+        insertViaClipboard(insertion->text, insertion->deleteCount);
+    else if (++insertion->resolveAttempts == mostResolveAttempts)
+        leaveUntouched("the application does not say what it has done");
+    else
+        act(insertion, outcome);
 }
 
 void TextInserter::insertViaClipboard(const std::string& text, std::ptrdiff_t deleteCount) {
@@ -75,11 +110,8 @@ void TextInserter::insertViaClipboard(const std::string& text, std::ptrdiff_t de
               std::chrono::duration<double>(delay).count());
     const auto target = services_.frontApplications.current();
     jobs_.after(delay, [this, target, text, chord] {
-        if (services_.frontApplications.current() != target) {
-            services_.log.debug("insertViaClipboard: another application has come to the front; not pasting");
-            services_.bell.ring();
+        if (!isStillInFront(target))
             return;
-        }
         services_.log.debug("insertViaClipboard: sending Cmd+V");
         paste(text, chord);
     });
@@ -105,9 +137,16 @@ void TextInserter::borrowClipboards(const KeyChord& chord) {
 }
 
 void TextInserter::paste(const std::string& text, const KeyChord& chord) {
-    clipboardLoan_.lend(text, beforeGivingBack);
-    if (primaryLoan_ && chord.keyCode == keycode::insert)
-        primaryLoan_->lend(text, beforeGivingBack);
+    const bool lendsPrimary = primaryLoan_ && chord.keyCode == keycode::insert;
+    // Either is enough, and still is when that one has been given back.
+    const auto isTaken = [this, lendsPrimary, taken = std::make_shared<bool>(false)] {
+        *taken = *taken || services_.clipboard.isTransientTextTaken() ||
+                 (lendsPrimary && services_.primarySelection->isTransientTextTaken());
+        return *taken;
+    };
+    clipboardLoan_.lend(text, beforeGivingBack, isTaken);
+    if (lendsPrimary)
+        primaryLoan_->lend(text, beforeGivingBack, isTaken);
     services_.keys.inject({&chord, 1});
 }
 

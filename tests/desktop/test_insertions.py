@@ -34,6 +34,7 @@ def settings():
         "userReplacements": [{"id": "5B0F3F0C-3B0E-4B51-9D7A-0A3C6A8B1F11", "name": "Where I live",
                               "keywords": ["qaddress"], "text": SNIPPET}],
         "excludedApps": [],
+        "debug.debugLogsEnabled": True,
     }
 
 
@@ -43,7 +44,6 @@ class Run:
         self.target = target
         self.variant = variant
         self.glyma = Glyma(desktop, settings())
-        self.failures = []
 
     def prepare(self):
         if self.variant == "german":
@@ -81,6 +81,12 @@ class Run:
         self.desktop.press("Return")
         return query, inserted
 
+    def fail(self, number, query, expected, found):
+        print(f"{number + 1:3} :{query}  FAIL\n    expected {expected}\n    found    {found}")
+        lines = [line for line in self.glyma.log.read_text().splitlines() if "[score" not in line]
+        print("The program's last words:", *lines[-30:], sep="\n    ")
+        raise SystemExit(f"{self.target} {self.variant}: stopped at insertion {number + 1}")
+
     def check_editor(self, count):
         typed = ""
         for number in range(count):
@@ -97,14 +103,9 @@ class Run:
         try:
             wait_until(lambda: (self.application.text() or "").rstrip("\n") == expected, 3, "the text")
             wait_until(lambda: self.application.caret() == caret, 1, "the caret")
-            outcome = "ok"
         except TimeoutError:
-            outcome = "FAIL"
-        if outcome == "FAIL":
-            print(f"{number + 1:3} :{query}  FAIL\n    expected {expected!r} caret {caret}\n"
-                  f"    found    {self.application.text()!r} caret {self.application.caret()}")
-            self.failures.append(number)
-            raise SystemExit(f"{self.target} {self.variant}: stopped at insertion {number + 1}")
+            self.fail(number, query, f"{expected!r} caret {caret}",
+                      f"{self.application.text()!r} caret {self.application.caret()}")
 
     def check_terminal(self, count):
         lines = ""
@@ -118,8 +119,7 @@ class Run:
             try:
                 wait_until(lambda: self.application.lines() == lines, 3, "the line")
             except TimeoutError:
-                print(f"{number + 1:3} :{query}  FAIL\n    expected {lines!r}\n    found    {self.application.lines()!r}")
-                raise SystemExit(f"{self.target} {self.variant}: stopped at insertion {number + 1}")
+                self.fail(number, query, repr(lines), repr(self.application.lines()))
 
     def check_clipboard(self):
         try:

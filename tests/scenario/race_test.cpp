@@ -106,19 +106,6 @@ TEST_F(Race, SwitchingApplicationsBeforeTheInsertionTouchesNeither) {
     EXPECT_EQ(desktop.clipboard.text(), "copied before");
 }
 
-// Needs the user's keys to be held while an insertion is under way.
-TEST_F(Race, DISABLED_TypingOnWhileAnInsertionIsPending) {
-    for (const auto& manner : {simulated::wellBehaved(), simulated::silent()}) {
-        auto& application = desktop.open("editor", manner);
-        settle();
-        desktop.type("x:smil");
-        desktop.press(keycode::returnKey);
-        desktop.type(" and");
-        settle();
-        EXPECT_EQ(application.text(), "x😄 and");
-    }
-}
-
 TEST_F(Race, StoppingAndStartingAgain) {
     desktop.type(":sm");
     monitor.stop();

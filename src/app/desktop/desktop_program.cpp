@@ -91,6 +91,9 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                 .closeCharacterInfo = [] {}})
     , tray_(std::move(onQuit)) {
     tap_.setSuppressed([this] { return accessibility_.focusIsPasswordField(); });
+    // An application that was never asked before takes its time: ask before the user wants anything.
+    frontSubscription_ = frontApplications_.observe(
+        [this](const FrontApplication& application) { accessibility_.prepare(application.process); });
     importSubscription_ = catalogue_.importComplete.connect([this](const std::string& why) {
         if (!why.empty())
             report(fmt::format("Glyma: ⚠️ nothing can be searched: building the catalogue failed — {}",
@@ -104,6 +107,7 @@ DesktopProgram::~DesktopProgram() {
 
 void DesktopProgram::start() {
     catalogue_.start();
+    accessibility_.prepare(frontApplications_.current().process);
     listen();
     scheduler_.post([this] { window_.warmUp(); });
 }

@@ -63,6 +63,7 @@ private:
     KeyboardMonitor monitor_;
     TrayIcon tray_;
     Subscription importSubscription_;
+    Subscription frontSubscription_;
 };
 
 } // namespace glyma

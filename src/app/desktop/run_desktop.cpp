@@ -60,6 +60,10 @@ int runInstance(Foundation& foundation) {
 int runDesktop(int argc, char** argv) {
     // Also in a Wayland session: keys and windows of other applications are reached through X.
     qputenv("QT_QPA_PLATFORM", "xcb");
+    // libatspi connects its bus to the default GLib loop before it can be moved to the accessibility thread's
+    // (atspi_init, atspi_set_main_context). Were Qt running that loop meanwhile, libdbus would abort the
+    // process.
+    qputenv("QT_NO_GLIB", "1");
     // Qt ends the process without a word to us where there is no display.
     if (const auto display = x11::Connection::open({}); !display)
         return fail(display.error());

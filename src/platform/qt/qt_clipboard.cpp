@@ -41,9 +41,26 @@ std::unique_ptr<QMimeData> offered(const ClipboardSnapshot& snapshot) {
 
 } // namespace
 
+/// Notices when it is asked for.
+class QtClipboard::TransientText : public QMimeData {
+public:
+    bool isTaken() const { return isTaken_; }
+
+protected:
+    QVariant retrieveData(const QString& type, QMetaType preferredType) const override {
+        isTaken_ = isTaken_ || type.startsWith(QStringLiteral("text/plain"));
+        return QMimeData::retrieveData(type, preferredType);
+    }
+
+private:
+    mutable bool isTaken_ = false;
+};
+
 QtClipboard::QtClipboard(QClipboard::Mode mode)
     : mode_(mode)
     , reader_(mode == QClipboard::Clipboard ? "CLIPBOARD" : "PRIMARY") {}
+
+QtClipboard::~QtClipboard() = default;
 
 bool QtClipboard::owned() const {
     const auto* clipboard = QGuiApplication::clipboard();
@@ -58,11 +75,15 @@ ClipboardSnapshot QtClipboard::snapshot() {
 }
 
 void QtClipboard::setTransientText(const std::string& text) {
-    auto data = std::make_unique<QMimeData>();
+    auto data = std::make_unique<TransientText>();
     data->setText(QString::fromStdString(text));
     data->setData(secretHintType, secretHint);
     transient_ = data.get();
     QGuiApplication::clipboard()->setMimeData(data.release(), mode_);
+}
+
+bool QtClipboard::isTransientTextTaken() const {
+    return transient_ && transient_->isTaken();
 }
 
 void QtClipboard::restore(const ClipboardSnapshot& snapshot) {

@@ -14,9 +14,11 @@ namespace glyma::qt {
 class QtClipboard : public Clipboard {
 public:
     explicit QtClipboard(QClipboard::Mode mode);
+    ~QtClipboard() override;
 
     ClipboardSnapshot snapshot() override;
     void setTransientText(const std::string& text) override;
+    bool isTransientTextTaken() const override;
     void restore(const ClipboardSnapshot& snapshot) override;
 
 private:
@@ -24,8 +26,9 @@ private:
 
     QClipboard::Mode mode_;
     SelectionReader reader_;
+    class TransientText;
     /// Null once somebody else has taken the clipboard.
-    QPointer<QMimeData> transient_;
+    QPointer<TransientText> transient_;
 };
 
 } // namespace glyma::qt

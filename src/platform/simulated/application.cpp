@@ -165,10 +165,10 @@ void Application::apply(const KeyEvent& event) {
         actOnKey(event);
 }
 
-void Application::pasteLater(const SimulatedClipboard& from) {
+void Application::pasteLater(SimulatedClipboard& from) {
     clock_.schedule(manner_.pasteLag, [this, &from] {
         const std::lock_guard lock(mutex_);
-        focused().insert(from.text());
+        focused().insert(from.take());
     });
 }
 

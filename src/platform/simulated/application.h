@@ -72,7 +72,7 @@ private:
     void typeText(const std::string& text);
     void actOnKey(const KeyEvent& event);
     bool actOnChord(const KeyEvent& event);
-    void pasteLater(const SimulatedClipboard& from);
+    void pasteLater(SimulatedClipboard& from);
     TextField& focused() { return *fields_[focusedField_]; }
     const TextField& focused() const { return *fields_[focusedField_]; }
 

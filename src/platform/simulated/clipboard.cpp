@@ -22,6 +22,11 @@ void SimulatedClipboard::setTransientText(const std::string& text) {
     replace({{textType, text}, {secretHint, "secret"}}, true);
 }
 
+bool SimulatedClipboard::isTransientTextTaken() const {
+    const std::lock_guard lock(mutex_);
+    return isOurs_ && isTaken_;
+}
+
 void SimulatedClipboard::restore(const ClipboardSnapshot& snapshot) {
     if (isOurs_)
         replace(snapshot, false);
@@ -36,6 +41,7 @@ void SimulatedClipboard::replace(ClipboardSnapshot contents, bool isOurs) {
     history_.push_back({valueOf(contents, textType), !valueOf(contents, secretHint).empty()});
     contents_ = std::move(contents);
     isOurs_ = isOurs;
+    isTaken_ = false;
 }
 
 ClipboardSnapshot SimulatedClipboard::contents() const {
@@ -45,6 +51,12 @@ ClipboardSnapshot SimulatedClipboard::contents() const {
 
 std::string SimulatedClipboard::text() const {
     const std::lock_guard lock(mutex_);
+    return valueOf(contents_, textType);
+}
+
+std::string SimulatedClipboard::take() {
+    const std::lock_guard lock(mutex_);
+    isTaken_ = true;
     return valueOf(contents_, textType);
 }
 

@@ -16,6 +16,7 @@ public:
 
     ClipboardSnapshot snapshot() override;
     void setTransientText(const std::string& text) override;
+    bool isTransientTextTaken() const override;
     void restore(const ClipboardSnapshot& snapshot) override;
 
     /// The user, or another program, copies.
@@ -24,6 +25,8 @@ public:
     ClipboardSnapshot contents() const;
     /// "" when there is none.
     std::string text() const;
+    /// An application pastes: the text, which counts as taken.
+    std::string take();
     /// Every text it held, oldest first, and whether it was marked as a secret.
     struct Entry {
         std::string text;
@@ -38,6 +41,7 @@ private:
     mutable std::mutex mutex_;
     ClipboardSnapshot contents_;
     bool isOurs_ = false; ///< what is there is the transient text
+    bool isTaken_ = false;
     std::vector<Entry> history_;
 };
 

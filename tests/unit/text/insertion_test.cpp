@@ -150,6 +150,39 @@ TEST_F(InsertionTest, WaitsForTypedTextThatIsStillArriving) {
     EXPECT_THAT(editor.keysInjected(), IsEmpty());
 }
 
+TEST_F(InsertionTest, NeitherDeletesNorInsertsTwiceWhatAnApplicationDidWithoutSayingSo) {
+    // A request to change something is carried out, and its answer is lost.
+    for (const auto lost : {attribute::selectedTextRange, attribute::selectedText}) {
+        auto& editor = open("👨‍👩‍👧 [:ab|] b");
+        auto& behind = desktop.accessibility;
+        const auto element = std::get<ElementReference>(
+            *behind.attributeValue(behind.systemWide(), attribute::focusedElement));
+        int answersLost = 0;
+        accessibility.onSet =
+            [&, lost](std::string_view name,
+                      const AttributeValue& value) -> std::optional<Accessibility::Result<void>> {
+            if (name != lost || answersLost++ > 0)
+                return std::nullopt;
+            EXPECT_TRUE(behind.setAttributeValue(element, name, value));
+            return std::unexpected(AccessibilityError::timedOut);
+        };
+        inserter->insert("😄", 3, ":ab");
+        desktop.advance(5s);
+        EXPECT_EQ(editor.text(), "👨‍👩‍👧 [😄] b") << lost;
+    }
+}
+
+TEST_F(InsertionTest, InsertsThroughTheClipboardWhatAnApplicationNeverDid) {
+    auto& editor = open("a :ab| b");
+    accessibility.onSet = [](std::string_view,
+                             const AttributeValue&) -> std::optional<Accessibility::Result<void>> {
+        return std::unexpected(AccessibilityError::timedOut);
+    };
+    inserter->insert("😄", 3, ":ab");
+    desktop.advance(5s);
+    EXPECT_EQ(editor.text(), "a 😄 b");
+}
+
 TEST_F(InsertionTest, NeverSelectsInATextThatIsNotTheTypedOne) {
     auto& editor = open("a xyz| b");
     bool hasSelected = false;
@@ -236,6 +269,17 @@ TEST_F(InsertionTest, PastesIntoTerminalsWithTheirOwnChord) {
 }
 
 class ClipboardTest : public InsertionTest {};
+
+TEST_F(ClipboardTest, StaysWithAnApplicationThatHasNotPastedYet) {
+    desktop.clipboard.setText("copied");
+    auto& editor = open("x :ab|", mannerWith([](simulated::Manner& m) {
+                            m = simulated::silent();
+                            m.pasteLag = 1200ms;
+                        }));
+    insert("😄", 3, ":ab");
+    EXPECT_EQ(editor.text(), "x 😄");
+    EXPECT_EQ(desktop.clipboard.text(), "copied");
+}
 
 TEST_F(ClipboardTest, HoldsTheTextMarkedForHalfASecond) {
     desktop.clipboard.set({{"text/html", "<b>x</b>"}, {"image/png", std::string("\x89PNG\0\r\n", 7)}});

@@ -141,8 +141,12 @@ Accessibility::Result<AttributeValue> AtspiAccessibility::attributeValue(const E
     return request<AttributeValue>(reference, [name = std::string(name)](Session& session,
                                                                          const Element& element,
                                                                          pid_t process, Conversation& ask) {
-        if (name == attribute::focusedElement)
-            return session.wrapped(session.tracker().focusedElement(process, ask), process);
+        if (name == attribute::focusedElement) {
+            auto found = session.tracker().focusedElement(process, ask);
+            if (ask.hasGivenUp()) // the next question may find it known
+                session.worker().post([&session, process] { session.prepare(process, 1); });
+            return session.wrapped(std::move(found), process);
+        }
         if (element.kind == Element::Kind::accessible)
             return elementAttribute(session, element, name, ask);
         return applicationAttribute(session, element, process, name, ask);

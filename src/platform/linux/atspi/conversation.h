@@ -17,8 +17,13 @@ public:
     /// What libatspi waits for an answer; a little less than what our callers wait for us.
     static constexpr Milliseconds callTimeout{140};
 
-    explicit Conversation(const std::atomic<bool>& abandoned)
-        : abandoned_(abandoned) {}
+    /// How long a search may take whose outcome somebody waits for, and one that nobody waits for.
+    static constexpr Milliseconds patience{100};
+    static constexpr Milliseconds backgroundPatience{600};
+
+    explicit Conversation(const std::atomic<bool>& abandoned, Milliseconds searchTime = patience)
+        : abandoned_(abandoned)
+        , searchEnd_(std::chrono::steady_clock::now() + searchTime) {}
 
     /// Makes a call that takes a GError** as its last argument.
     /// \return absent when it failed.
@@ -38,11 +43,19 @@ public:
     }
 
     bool timedOut() const { return timedOut_; }
+    /// Whether a search has to stop; remembers that it had to.
+    bool searchMustEnd() {
+        hasGivenUp_ = hasGivenUp_ || std::chrono::steady_clock::now() > searchEnd_;
+        return hasGivenUp_ || isOver();
+    }
+    bool hasGivenUp() const { return hasGivenUp_; }
     bool isOver() const { return timedOut_ || abandoned_; }
 
 private:
     const std::atomic<bool>& abandoned_;
+    std::chrono::steady_clock::time_point searchEnd_;
     bool timedOut_ = false;
+    bool hasGivenUp_ = false;
 };
 
 } // namespace glyma::atspi

@@ -11,9 +11,8 @@ namespace glyma::atspi {
 namespace {
 
 constexpr std::array eventTypes = {"object:state-changed:focused", "window:activate", "window:deactivate"};
-/// A walk in search of the focus ends after so many elements or so long.
+/// A walk in search of the focus ends after so many elements.
 constexpr int walkLimit = 300;
-constexpr Milliseconds walkTime{100};
 constexpr Milliseconds absenceTrusted{1000};
 constexpr int nestingLimit = 20;
 constexpr std::string_view embeddedObject = "\uFFFC";
@@ -66,11 +65,10 @@ Element matchFocused(AtspiAccessible* window, Conversation& ask) {
 /// Depth first, only through what can be seen, and the last first: the contents of a window come after its
 /// bars.
 Element walkToFocused(Element root, Conversation& ask) {
-    const auto end = std::chrono::steady_clock::now() + walkTime;
     std::vector<Element> waiting;
     waiting.push_back(std::move(root));
     Element doubtful;
-    for (int visited = 0; !waiting.empty() && visited < walkLimit && !ask.isOver(); ++visited) {
+    for (int visited = 0; !waiting.empty() && visited < walkLimit && !ask.searchMustEnd(); ++visited) {
         auto element = std::move(waiting.back());
         waiting.pop_back();
         const auto set = states(element.get(), ask);
@@ -79,8 +77,6 @@ Element walkToFocused(Element root, Conversation& ask) {
         // Qt calls the current tab of a tab bar focused, though it never is.
         if (has(set, ATSPI_STATE_FOCUSED) && !doubtful)
             doubtful = share(element.get());
-        if (std::chrono::steady_clock::now() > end)
-            break;
         // GTK 4 calls what is on the screen visible, but not showing.
         if (visited > 0 && !has(set, ATSPI_STATE_SHOWING) && !has(set, ATSPI_STATE_VISIBLE))
             continue;
@@ -121,7 +117,8 @@ std::string_view busName(AtspiAccessible* element) {
 
 } // namespace
 
-FocusTracker::FocusTracker() {
+FocusTracker::FocusTracker(std::function<void(pid_t)> willAsk)
+    : willAsk_(std::move(willAsk)) {
     for (const auto* type : eventTypes) {
         auto& listener = listeners_.emplace_back(atspi_event_listener_new(onEvent, this, nullptr));
         atspi_event_listener_register(listener.get(), type, nullptr);
@@ -140,7 +137,7 @@ void FocusTracker::onEvent(AtspiEvent* received, void* self) {
     const std::unique_ptr<AtspiEvent, Release> event(received); // a copy of ours
     auto& tracker = *static_cast<FocusTracker*>(self);
     const std::atomic<bool> abandoned = false;
-    Conversation ask(abandoned);
+    Conversation ask(abandoned, Conversation::backgroundPatience);
     if (event->source) {
         const auto process = tracker.processOf(event->source, ask);
         const std::string_view type = event->type;
@@ -148,12 +145,14 @@ void FocusTracker::onEvent(AtspiEvent* received, void* self) {
         // itself.
         if (process == getpid() || process == 0)
             return;
+        tracker.willAsk_(process);
         if (type.starts_with("window:"))
             tracker.windowChanged(type == "window:activate", process, ask);
         else if (event->detail1)
             tracker.focusGained(event->source, process, ask);
         else
             tracker.focusLost(event->source, process);
+        tracker.willAsk_(0);
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <map>
 #include <string>
 #include <sys/types.h>
@@ -20,7 +21,8 @@ namespace glyma::atspi {
 class FocusTracker {
 public:
     /// Subscribes to the events; the bus must be connected.
-    FocusTracker();
+    /// \param willAsk  told the process that an event makes us ask, and 0 when that is over.
+    explicit FocusTracker(std::function<void(pid_t)> willAsk);
     ~FocusTracker();
     FocusTracker(const FocusTracker&) = delete;
     FocusTracker& operator=(const FocusTracker&) = delete;
@@ -48,6 +50,7 @@ private:
     Object<AtspiAccessible> search(AtspiAccessible* application, Conversation& ask);
     Object<AtspiAccessible> innermostText(Object<AtspiAccessible> element, Conversation& ask);
 
+    std::function<void(pid_t)> willAsk_;
     std::vector<Object<AtspiEventListener>> listeners_;
     std::map<pid_t, Object<AtspiAccessible>> focused_;
     std::map<pid_t, Object<AtspiAccessible>> applications_;

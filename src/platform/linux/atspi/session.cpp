@@ -64,7 +64,7 @@ void AtspiAccessibility::Session::connect(const Options& options) {
     }
     if (status.answers) {
         activeWindow_.emplace();
-        tracker_.emplace();
+        tracker_.emplace([this](pid_t process) { setCurrent(process); });
         trackerReady_ = true;
     } else {
         isAbsent_ = true;
@@ -102,7 +102,7 @@ void AtspiAccessibility::Session::prepare(pid_t process, int attempts) {
     if (!trackerReady_ || attempts == 0 || isUnresponsive(process))
         return;
     const std::atomic<bool> abandoned = false;
-    Conversation ask(abandoned);
+    Conversation ask(abandoned, Conversation::backgroundPatience);
     if (tracker_->focusedElement(process, ask))
         return;
     if (ask.timedOut())
@@ -140,8 +140,9 @@ std::optional<Point> AtspiAccessibility::Session::windowOrigin(pid_t process, Co
 }
 
 TextElement AtspiAccessibility::Session::text(const Element& element, Conversation& ask) {
-    return TextElement(element.object, element.object ? tracker_->toolkitOf(element.object, ask) : Toolkit(),
-                       ask, [this, process = element.process, &ask] { return windowOrigin(process, ask); });
+    return TextElement(
+        element.object, element.object ? tracker_->toolkitOf(element.object, ask) : Toolkit(), ask,
+        [this, process = element.process, &ask] { return windowOrigin(process, ask); }, element.textBase);
 }
 
 ElementReference AtspiAccessibility::Session::reference(Object<AtspiAccessible> element,

@@ -39,6 +39,8 @@ public:
     AtspiAccessible* const object = nullptr;
     /// The last selection asked for was not made, so that nothing may be inserted in its stead.
     mutable std::atomic<bool> refusedSelection = false;
+    /// See TextElement.
+    mutable std::atomic<int> textBase = 0;
 
 private:
     GMainContext* const context_ = nullptr;

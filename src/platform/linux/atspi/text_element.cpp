@@ -13,6 +13,8 @@ namespace {
 constexpr Milliseconds selectionWait{80};
 constexpr Milliseconds selectionPoll{2};
 
+constexpr int textBeforeCaret = 8192;
+
 constexpr auto failure() {
     return std::unexpected(AccessibilityError::failed);
 }
@@ -20,11 +22,12 @@ constexpr auto failure() {
 } // namespace
 
 TextElement::TextElement(AtspiAccessible* accessible, const Toolkit& toolkit, Conversation& conversation,
-                         WindowOrigin windowOrigin)
+                         WindowOrigin windowOrigin, std::atomic<int>& base)
     : accessible_(accessible)
     , toolkit_(toolkit)
     , ask_(conversation)
-    , windowOrigin_(std::move(windowOrigin)) {
+    , windowOrigin_(std::move(windowOrigin))
+    , base_(base) {
     const auto plain = [](AtspiAccessible* object, GError**) {
         return atspi_accessible_get_text_iface(object);
     };
@@ -68,15 +71,23 @@ std::optional<TextElement::Span> TextElement::selection() {
     return Span{*caret, *caret};
 }
 
+/// Keeps the base some way in front of the caret, and still while the caret moves about.
+void TextElement::moveBase(int caret) {
+    if (caret < base_ || caret - base_ > 4 * textBeforeCaret)
+        base_ = caret > 2 * textBeforeCaret ? caret - textBeforeCaret : 0;
+}
+
 std::optional<int> TextElement::toToolkit(std::ptrdiff_t utf16) {
     const auto count = characterCount();
     if (!count)
         return std::nullopt;
     const auto wanted = static_cast<int>(std::clamp<std::ptrdiff_t>(utf16, 0, *count));
-    if (toolkit_.offsets == Toolkit::OffsetUnit::utf16)
+    if (toolkit_.offsets == Toolkit::OffsetUnit::utf16 || wanted <= base_)
         return wanted;
-    const auto text = rawText(0, wanted);
-    return text ? std::optional(static_cast<int>(toolkitOffset(toolkit_, utf16, *text))) : std::nullopt;
+    const int base = base_;
+    const auto text = rawText(base, wanted);
+    return text ? std::optional(base + static_cast<int>(toolkitOffset(toolkit_, utf16 - base, *text)))
+                : std::nullopt;
 }
 
 std::optional<TextElement::Span> TextElement::toToolkit(TextRange range) {
@@ -86,16 +97,18 @@ std::optional<TextElement::Span> TextElement::toToolkit(TextRange range) {
 }
 
 std::optional<std::ptrdiff_t> TextElement::fromToolkit(int offset) {
-    if (toolkit_.offsets == Toolkit::OffsetUnit::utf16)
+    const int base = base_;
+    if (toolkit_.offsets == Toolkit::OffsetUnit::utf16 || offset <= base)
         return offset;
-    const auto before = rawText(0, offset);
-    return before ? std::optional(utf16Offset(toolkit_, offset, *before)) : std::nullopt;
+    const auto before = rawText(base, offset);
+    return before ? std::optional(base + utf16Offset(toolkit_, offset - base, *before)) : std::nullopt;
 }
 
 TextElement::Result<TextRange> TextElement::selectedRange() {
     const auto span = selection();
     if (!span)
         return std::unexpected(AccessibilityError::noValue);
+    moveBase(span->begin);
     const auto begin = fromToolkit(span->begin);
     const auto end = span->end == span->begin ? begin : fromToolkit(span->end);
     if (!begin || !end)
@@ -243,6 +256,9 @@ TextElement::Result<void> TextElement::select(TextRange range) {
         return failure();
     if (requestSelection(*span) && waitForSelection(*span))
         return {};
+    // A page under load takes it over later still, and no sooner undoes it.
+    if (toolkit_.selectsLate)
+        return std::unexpected(AccessibilityError::timedOut);
     // It must not be made later, when the caller has gone on without it.
     requestSelection(*before);
     return failure();

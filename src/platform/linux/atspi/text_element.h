@@ -7,6 +7,7 @@
 
 #include <atspi/atspi.h>
 
+#include <atomic>
 #include <functional>
 #include <optional>
 #include <string>
@@ -25,8 +26,12 @@ public:
     /// know.
     using WindowOrigin = std::function<std::optional<Point>()>;
 
+    /// \param base  kept with the element from one request to the next. A toolkit that counts code points has
+    /// to be asked for the text in front of an offset; to spare the whole of a long text, what stands before
+    /// the base counts one unit a code point. So offsets far into a long text are exact only among each
+    /// other, which is all that those who read a range, select near it and replace what they selected need.
     TextElement(AtspiAccessible* accessible, const Toolkit& toolkit, Conversation& conversation,
-                WindowOrigin windowOrigin);
+                WindowOrigin windowOrigin, std::atomic<int>& base);
 
     const Toolkit& toolkit() const { return toolkit_; }
     bool hasText() const { return text_ != nullptr; }
@@ -56,6 +61,7 @@ private:
     std::optional<int> characterCount();
     std::optional<std::string> rawText(int begin, int end);
     std::optional<Span> selection();
+    void moveBase(int caret);
     std::optional<int> toToolkit(std::ptrdiff_t utf16);
     std::optional<std::ptrdiff_t> fromToolkit(int offset);
     std::optional<Span> toToolkit(TextRange range);
@@ -71,6 +77,7 @@ private:
     Toolkit toolkit_;
     Conversation& ask_;
     WindowOrigin windowOrigin_;
+    std::atomic<int>& base_;
     Object<AtspiText> text_;
 };
 

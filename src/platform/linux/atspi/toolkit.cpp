@@ -39,6 +39,7 @@ Toolkit toolkitNamed(std::string_view name, std::string_view version) {
         toolkit.offsets = Toolkit::OffsetUnit::utf16;
         toolkit.padsAstralCharacters = true;
         toolkit.selectsOnly = true;
+        toolkit.selectsLate = true;
         toolkit.nestsText = true;
     } else if (name == "Chromium" || name == "WebKitGTK" || name == "WebKitGtk") {
         toolkit.nestsText = true;

@@ -23,6 +23,8 @@ struct Toolkit {
     bool edits = false;
     /// Inserting and deleting are offered, and selecting works, but they do nothing.
     bool selectsOnly = false;
+    /// A selection may be made long after it was asked for.
+    bool selectsLate = false;
     bool answersAddSelection = true;
     bool knowsScreenCoordinates = true;
     /// Paragraphs are objects of their own, marked in their parent's text by U+FFFC.

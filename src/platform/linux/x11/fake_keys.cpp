@@ -9,6 +9,11 @@ namespace glyma::x11 {
 
 namespace {
 
+/// Milliseconds. Many programs take a press that bears the time of the release before it for a repeat of a
+/// held key, and Firefox skips repeats while a page is busy (BrowserChild::SkipRepeatedKeyEvent): a BackSpace
+/// was lost.
+constexpr std::uint32_t betweenPresses = 2;
+
 void sendMark(const Connection& connection, xcb_window_t witness, EchoMark mark) {
     xcb_client_message_event_t event{};
     event.response_type = XCB_CLIENT_MESSAGE;
@@ -54,10 +59,13 @@ EchoLedger::Batch FakeKeys::write(const Connection& connection, EchoLedger& echo
         sendMark(connection, witness, {.batch = batch, .isEnd = false});
     }
     auto* const server = connection.get();
+    KeyMove last{};
     const auto move = [&](const Move& each) {
         const auto type = eventType(connection, each.key.isPress, each.device);
-        xcb_test_fake_input(server, type, each.key.key, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0,
+        const bool isAgain = each.key.isPress && !last.isPress && each.key.key == last.key;
+        xcb_test_fake_input(server, type, each.key.key, isAgain ? betweenPresses : 0, XCB_WINDOW_NONE, 0, 0,
                             static_cast<std::uint8_t>(each.device));
+        last = each.key;
     };
     for (const auto device : ungrab)
         xcb_input_xi_ungrab_device(server, XCB_CURRENT_TIME, device);

@@ -8,7 +8,7 @@ import unittest
 from desktop import Desktop, Probe, wait_until
 
 TEXT = "x👨‍👩‍👧y😀 "
-DEADLINE_MS = 175  # 150 and what the machine adds
+DEADLINE_MS = 190  # 150 and what a busy machine adds
 
 
 def units(text):
@@ -39,9 +39,9 @@ class ApplicationTest(unittest.TestCase):
         return units(TEXT + ":ab")
 
     def select_query(self, caret):
-        self.assertEqual(self.probe("get", "AXSelectedTextRange"), [caret, 0])
+        self.assertTrue(wait_until(lambda: self.probe("get", "AXSelectedTextRange") == [caret, 0], 3), self.probe.last)
         self.assertEqual(self.probe("ask", "AXStringForRange", caret - 6, 6), "😀 :ab")
-        self.assertTrue(self.probe("select", caret - 3, 3), self.probe.last)
+        self.assertTrue(wait_until(lambda: self.probe("select", caret - 3, 3), 3), self.probe.last)
         self.assertEqual(self.probe("get", "AXSelectedTextRange"), [caret - 3, 3])
         self.assertEqual(self.probe("get", "AXSelectedText"), ":ab")
 
@@ -50,7 +50,7 @@ class ApplicationTest(unittest.TestCase):
             "xdotool", "getwindowgeometry", "--shell", window).split())
         left, top = int(geometry["X"]), int(geometry["Y"])
         right, bottom = left + int(geometry["WIDTH"]), top + int(geometry["HEIGHT"])
-        before = self.probe("ask", "AXBoundsForRange", caret - 1, 1)
+        before = wait_until(lambda: self.probe("ask", "AXBoundsForRange", caret - 1, 1), 3)
         colon = self.probe("ask", "AXBoundsForRange", caret - 3, 1)
         emoji = self.probe("ask", "AXBoundsForRange", caret - 6, 2)
         end = self.probe("ask", "AXBoundsForRange", caret + 1, 0)
@@ -68,12 +68,24 @@ class ApplicationTest(unittest.TestCase):
         try:
             for attempt in range(6):
                 self.assertEqual(self.probe.error("get", "AXSelectedTextRange"), "timed out")
-                self.assertLess(self.probe.last["ms"], DEADLINE_MS if attempt < 2 else 10)
-            self.assertEqual(self.probe.error("focus"), "timed out")
-            self.assertLess(self.probe.last["ms"], 10)
+                self.assertLess(self.probe.last["ms"], DEADLINE_MS if attempt < 3 else 20)
+            # The first of these may still find the worker inside the call that timed out.
+            for limit in (DEADLINE_MS, 20):
+                self.assertEqual(self.probe.error("focus"), "timed out")
+                self.assertLess(self.probe.last["ms"], limit)
         finally:
             os.kill(process_id, signal.SIGCONT)
         self.assertTrue(wait_until(lambda: self.probe("focus") and self.probe("get", "AXSelectedTextRange"), 5, 0.3))
+
+    def check_long_text(self):
+        self.assertTrue(self.probe("set", "AXValue", "😀 line\n" * 4000 + "😀 :ab"), self.probe.last)
+        self.desktop.key("ctrl+End")
+        self.focus("AXTextArea")
+        caret = wait_until(lambda: (self.probe("get", "AXSelectedTextRange") or [0])[0], 3)
+        self.assertEqual(self.probe("ask", "AXStringForRange", caret - 6, 6), "😀 :ab")
+        self.assertTrue(self.probe("select", caret - 3, 3), self.probe.last)
+        self.assertTrue(self.probe("set", "AXSelectedText", "🙂"), self.probe.last)
+        self.assertEqual(self.probe("get", "AXValue")[-10:], "😀 line\n😀 🙂"[-10:])
 
     def check_editor(self, command, window):
         process, identifier = self.desktop.open(*command, window=window)
@@ -100,6 +112,7 @@ class ApplicationTest(unittest.TestCase):
         self.assertEqual(self.probe("get", "AXSelectedText"), TEXT + "🙂é\nz!c")
         self.assertTrue(self.probe("set", "AXValue", "a😀b"))
         self.assertEqual(self.probe("get", "AXValue"), "a😀b")
+        self.check_long_text()
         self.check_hang(int(self.desktop.run("xdotool", "getwindowpid", identifier)))
 
     def test_mousepad_gtk3(self):
