@@ -7,7 +7,7 @@ set -euo pipefail
 build=(
     ca-certificates ccache cmake g++ git ninja-build pkg-config
     libatspi2.0-dev libcli11-dev libfmt-dev libfontconfig-dev libfreetype-dev libharfbuzz-dev libicu-dev
-    libqt6svg6-dev libsqlite3-dev libsqlitecpp-dev libsystemd-dev nlohmann-json3-dev qt6-base-dev
+    libqt6svg6-dev libsqlite3-dev libsqlitecpp-dev nlohmann-json3-dev qt6-base-dev
     libx11-dev libxcb1-dev libxcb-damage0-dev libxcb-randr0-dev libxcb-record0-dev libxcb-res0-dev libxcb-xfixes0-dev
     libxcb-xinput-dev libxcb-xkb-dev libxcb-xtest0-dev libxkbcommon-dev libxkbcommon-x11-dev
 )
