@@ -9,6 +9,7 @@
 #include "platform/linux/x11/connection.h"
 #include "platform/linux/xdg/files.h"
 #include "platform/linux/xdg/instance_lock.h"
+#include "platform/linux/xdg/journal_log_sink.h"
 
 #include <QApplication>
 #include <fmt/format.h>
@@ -75,7 +76,8 @@ int runDesktop(int argc, char** argv) {
     if (start == dbus::SingleInstance::Start::alreadyRunning)
         return tellRunning();
     emptyDebugLog();
-    Foundation foundation;
+    xdg::JournalLogSink logSink;
+    Foundation foundation(logSink);
     if (start == dbus::SingleInstance::Start::noBus)
         foundation.log.write(
             "Glyma: ⚠️ a second start will not find this one: reaching the session bus failed");

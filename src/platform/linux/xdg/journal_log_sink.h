@@ -1,26 +1,19 @@
 #pragma once
 
-#include "platform/log_sink.h"
-
-#include <string>
+#include "platform/linux/xdg/standard_error_log_sink.h"
 
 namespace glyma::xdg {
 
 /// The system's journal, with the fields SUBSYSTEM and CATEGORY to filter by; standard error where no journal
-/// runs. Speaks the journal's own protocol, because its client library takes longer to load than a search to
-/// answer.
+/// runs. In a library of its own: loading the journal's takes longer than a search takes to answer.
 class JournalLogSink : public LogSink {
 public:
-    explicit JournalLogSink(std::string journalSocket = "/run/systemd/journal/socket");
+    JournalLogSink();
     void write(std::string_view message) override;
-    /// false: messages go to standard error.
-    bool hasJournal() const { return hasJournal_; }
 
 private:
-    bool send(std::string_view entry) const;
-
-    std::string journalSocket_;
     bool hasJournal_;
+    StandardErrorLogSink standardError_;
 };
 
 } // namespace glyma::xdg
