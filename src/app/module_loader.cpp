@@ -11,7 +11,7 @@ namespace glyma {
 std::expected<void*, std::string> loadModule(const std::string& name, const char* entryPoint) {
     const auto file = (xdg::executablePath().parent_path() / "../lib/glyma" / ("libglyma-" + name + ".so"))
                           .lexically_normal();
-    void* const module = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    void* const module = ::dlopen(file.c_str(), RTLD_LAZY | RTLD_LOCAL);
     if (!module)
         return std::unexpected(fmt::format("the {} part cannot be loaded: {}", name, ::dlerror()));
     void* const function = ::dlsym(module, entryPoint);

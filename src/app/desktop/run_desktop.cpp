@@ -37,7 +37,7 @@ void prepareApplication() {
 
 /// Whoever asks for help finds here what this run has to say.
 void emptyDebugLog() {
-    [[maybe_unused]] const auto ignored = xdg::replaceFile("/tmp/glyma_debug.log", "", 0600);
+    [[maybe_unused]] const auto ignored = xdg::makeEmptyFile("/tmp/glyma_debug.log", 0600);
 }
 
 int runInstance(Foundation& foundation) {
