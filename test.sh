@@ -5,15 +5,17 @@
 #   ./test.sh [--quick]     --quick leaves out the sanitizers and the long runs with real applications
 set -euo pipefail
 cd "$(dirname "$0")"
-tools/install-dependencies.sh build run demo test
 
 quick=${1:-}
 jobs=$(nproc)
-step() { printf '\n== %s\n' "$*"; }
+step() { printf '\n== %s (after %d s)\n' "$*" "$SECONDS"; }
+
+step "packages"
+tools/install-dependencies.sh build run demo test
 
 step "build"
-cmake --preset release -DGLYMA_BENCH=OFF >/dev/null
-cmake --build build/release -j "$jobs"
+cmake --preset release >/dev/null
+cmake --build build/release
 
 if [ "$quick" = --quick ]; then
     step "unit and scenario tests"
@@ -24,12 +26,12 @@ fi
 step "source: formatting, headers that compile alone"
 git ls-files 'src/*.h' 'src/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.cpp' 'bench/*.h' 'tools/*.cpp' |
     xargs clang-format --dry-run -Werror
-cmake --build build/release --target all_verify_interface_header_sets -j "$jobs"
+cmake --build build/release --target all_verify_interface_header_sets
 
 for sanitizer in asan-ubsan tsan; do
     step "unit and scenario tests, $sanitizer"
     cmake --preset "$sanitizer" >/dev/null
-    cmake --build "build/$sanitizer" -j "$jobs"
+    cmake --build "build/$sanitizer"
     ctest --preset "$sanitizer" -j "$jobs"
 done
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing of the Debian packages for the purposes named; asks nothing, does nothing when all is there.
 #
-#   tools/install-dependencies.sh [build] [run] [demo] [test] [bench]
+#   tools/install-dependencies.sh [build] [run] [demo] [test] [bench] [lint]
 set -euo pipefail
 
 build=(
@@ -16,8 +16,9 @@ demo=(
     dbus dconf-gsettings-backend gir1.2-atspi-2.0 imagemagick libglib2.0-bin mousepad openbox python3 python3-gi
     x11-utils x11-xkb-utils xclip xdotool xvfb
 )
-test=(clang-format clang-tidy featherpad firefox-esr gnome-text-editor libgmock-dev libgtest-dev xterm)
-bench=(fzf libbenchmark-dev libxcb-damage0-dev)
+test=(clang-format featherpad firefox-esr gnome-text-editor libgmock-dev libgtest-dev xterm)
+bench=(fzf libxcb-damage0-dev sqlite3)
+lint=(clang-tidy-16)
 
 wanted=()
 for purpose in "$@"; do
@@ -25,9 +26,14 @@ for purpose in "$@"; do
     wanted+=("${packages[@]}")
 done
 
+# A package may be known for several architectures, with a word for each.
+is_installed() {
+    [[ " $(dpkg-query -W -f '${db:Status-Status} ' "$1" 2>/dev/null)" == *" installed "* ]]
+}
+
 missing=()
 for package in "${wanted[@]}"; do
-    [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)" = installed ] || missing+=("$package")
+    is_installed "$package" || missing+=("$package")
 done
 [ ${#missing[@]} -gt 0 ] || exit 0
 
