@@ -11,7 +11,8 @@ std::expected<std::unique_ptr<FontCoverage>, std::string> loadFontCoverage(Log& 
     std::unique_ptr<FontCoverage> coverage(
         reinterpret_cast<GlymaMakeFontCoverage>(*entryPoint)(GLYMA_VERSION, &log));
     if (!coverage)
-        return std::unexpected("the program and its fonts part are of different versions; install both again");
+        return std::unexpected(
+            "the program and its fonts part are of different versions; install both again");
     return coverage;
 }
 
