@@ -1,12 +1,17 @@
 #!/bin/sh
 # Makes the pictures of the picker under docs/images: a virtual display of its own, with a compositor, the picker over a
 # make-believe desktop. Usage: tools/screenshots.sh [PICKER_GALLERY] [FOLDER]
-# Needs: xvfb picom fonts-noto-color-emoji fonts-inter, and the target picker_gallery.
+# Without arguments it installs what is missing and builds the gallery first.
 set -eu
 root=$(cd "$(dirname "$0")/.." && pwd)
-gallery=${1:-$root/build/dev/bin/picker_gallery}
+gallery=${1:-$root/build/release/bin/picker_gallery}
 folder=${2:-$root/docs/images}
-[ -x "$gallery" ] || { echo "screenshots: build it first: cmake --build --preset dev --target picker_gallery" >&2; exit 1; }
+if [ $# -eq 0 ]; then
+    cd "$root"
+    tools/install-dependencies.sh build run demo pictures
+    cmake --preset release >/dev/null
+    cmake --build build/release --target picker_gallery
+fi
 
 scratch=$(mktemp -d)
 running=

@@ -1,7 +1,9 @@
-// Time from a key to the painted picker, and the idle program's memory, on a virtual display of its own.
-//   bench_window [GLYMA]     without the program: the picker's window alone, no memory
+// Time from the start to the first heard key and from a key to the painted picker, and what the idle program
+// takes, on a virtual display of its own.
+//   bench_window [GLYMA]     without the program: the picker's window alone
 // Prints one line a figure: `sanity|ratio NAME VALUE LIMIT ok|FAIL`. Needs Xvfb, dbus-daemon and openbox.
 
+#include "bus_client.h"
 #include "processes.h"
 #include "x_client.h"
 
@@ -19,9 +21,13 @@ using namespace glyma::bench;
 using namespace std::chrono_literals;
 
 constexpr int shows = 60;
-constexpr double paintLimit = 16;  // ms
-constexpr double memoryLimit = 20; // MB
+constexpr int starts = 25;
+constexpr double paintLimit = 16;   // ms
+constexpr double startLimit = 150;  // ms
+constexpr double memoryLimit = 20;  // MB
+constexpr double wakeUpLimit = 0.2; // a second
 constexpr auto startTime = 4s;
+constexpr auto idleTime = 10s;
 
 // Codes of the evdev rules, layout "us", with which Xvfb starts.
 namespace key {
@@ -139,15 +145,51 @@ bool measureWindowAlone(const std::filesystem::path& programs) {
     return reportTimings(measure(client));
 }
 
+/// Types at once, as somebody would who has waited for the program.
+bool hearsTyping(XClient& client) {
+    typeTrigger(client);
+    const bool isShown = timeKey(client, key::s) && client.isPickerShown();
+    client.tap(key::escape);
+    client.settle();
+    return isShown;
+}
+
+/// From the start of the process until its main loop answers a call, which it does once the tap listens.
+bool measureStarts(const std::string& program) {
+    XClient client;
+    client.openTarget();
+    Samples times;
+    for (int round = 0; round < starts; ++round) {
+        BusClient bus;
+        const auto start = Clock::now();
+        const Process process({program});
+        const bool answers = bus.waitForProgram(5s);
+        times.add(std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start));
+        if (!answers || !hearsTyping(client)) {
+            fmt::print("sanity start_to_tap_ready_ms_p95 missed {:g} FAIL\n", startLimit);
+            return false;
+        }
+    }
+    fmt::print("window starts {}: median {:.2f} ms, least {:.2f}\n", starts, times.quantile(0.5),
+               times.quantile(0));
+    return report("sanity", "start_to_tap_ready_ms_p95", times.quantile(0.95), startLimit);
+}
+
+bool measureIdleness(const Process& process) {
+    const auto before = process.sleeps();
+    std::this_thread::sleep_for(idleTime);
+    const auto wakeUps = static_cast<double>(process.sleeps() - before);
+    return report("sanity", "idle_wakeups_per_s", wakeUps / std::chrono::duration<double>(idleTime).count(),
+                  wakeUpLimit);
+}
+
 std::optional<double> idleMemory(const std::vector<std::string>& command) {
     Process process(command);
     std::this_thread::sleep_for(startTime);
     return process.isRunning() ? process.memory() : std::nullopt;
 }
 
-bool measureProgram(const std::filesystem::path& programs, const std::string& program) {
-    // The first start imports the catalogue; what is measured is an ordinary one.
-    idleMemory({program});
+bool measureMemory(const std::filesystem::path& programs, const std::string& program) {
     const auto minimal = idleMemory({(programs / "minimal_tray").string()});
     const auto idle = idleMemory({program});
     if (!minimal || !idle) {
@@ -155,13 +197,21 @@ bool measureProgram(const std::filesystem::path& programs, const std::string& pr
         return false;
     }
     fmt::print("window idle_pss_mb {:.1f}, minimal tray program {:.1f}\n", *idle, *minimal);
-    const bool isSmall = report("ratio", "idle_pss_minus_minimal_mb", *idle - *minimal, memoryLimit);
+    return report("ratio", "idle_pss_minus_minimal_mb", *idle - *minimal, memoryLimit);
+}
 
-    Process running({program});
+bool measureProgram(const std::filesystem::path& programs, const std::string& program) {
+    // The first start imports the catalogue; what is measured is an ordinary one.
+    idleMemory({program});
+    bool isGood = measureStarts(program);
+    isGood = measureMemory(programs, program) && isGood;
+
+    const Process running({program});
     std::this_thread::sleep_for(startTime);
+    isGood = measureIdleness(running) && isGood;
     XClient client;
     client.openTarget();
-    return reportTimings(measure(client)) && isSmall;
+    return reportTimings(measure(client)) && isGood;
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <signal.h>
 #include <sys/wait.h>
@@ -88,6 +89,17 @@ std::optional<double> Process::memory() const {
         if (double kilobytes = 0; word == "Pss:" && rollup >> kilobytes)
             return kilobytes / 1024;
     return std::nullopt;
+}
+
+long Process::sleeps() const {
+    long count = 0;
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(id_) + "/task")) {
+        std::ifstream status(thread.path() / "status");
+        for (std::string word; status >> word;)
+            if (long switches = 0; word == "voluntary_ctxt_switches:" && status >> switches)
+                count += switches;
+    }
+    return count;
 }
 
 Session::Session()

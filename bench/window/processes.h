@@ -24,6 +24,8 @@ public:
     pid_t id() const { return id_; }
     /// Proportional set size in megabytes; none when it cannot be read.
     std::optional<double> memory() const;
+    /// How often its threads have gone to sleep so far: once more than they were woken.
+    long sleeps() const;
 
 private:
     pid_t id_ = -1;

@@ -1,5 +1,6 @@
 #include "app/catalogue_commands.h"
 
+#include "app/font_coverage_loader.h"
 #include "app/import_progress.h"
 #include "app/learned_data.h"
 #include "app/search_output.h"
@@ -7,7 +8,6 @@
 #include "catalogue/command_line_search.h"
 #include "catalogue/import_pipeline.h"
 #include "catalogue/store_lifecycle.h"
-#include "platform/linux/fonts/fontconfig_coverage.h"
 #include "platform/linux/xdg/instance_lock.h"
 
 #include <fmt/format.h>
@@ -29,9 +29,11 @@ std::string lockProblem(Lock::Failure failure, const fs::path& folder) {
 }
 
 Imported fillStore(Store& store, Foundation& foundation, ImportProgress& progress) {
-    fonts::FontconfigCoverage fonts(foundation.log);
+    const auto fonts = loadFontCoverage(foundation.log);
+    if (!fonts)
+        return std::unexpected(fonts.error());
     const ImportPipeline pipeline{.resources = foundation.resources,
-                                  .fonts = fonts,
+                                  .fonts = **fonts,
                                   .log = foundation.log,
                                   .progress = [&](std::string_view phase) { progress.show(phase); },
                                   .restore = {}};

@@ -1,7 +1,7 @@
 #include "app/core_diagnosis.h"
 
+#include "app/font_coverage_loader.h"
 #include "data/store.h"
-#include "platform/linux/fonts/fontconfig_coverage.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -72,8 +72,13 @@ Diagnosis diagnoseStore(const Foundation& foundation) {
 }
 
 Diagnosis diagnoseEmojiFont(Foundation& foundation) {
-    fonts::FontconfigCoverage fonts(foundation.log);
-    if (fonts.canDraw("\U0001F604"))
+    const auto fonts = loadFontCoverage(foundation.log);
+    if (!fonts)
+        return {.name = "emoji font",
+                .state = State::missing,
+                .why = fonts.error(),
+                .mend = "Install the program again, with the libraries fontconfig and HarfBuzz."};
+    if ((*fonts)->canDraw("\U0001F604"))
         return {.name = "emoji font",
                 .state = State::ok,
                 .why = "an installed font draws \U0001F604",

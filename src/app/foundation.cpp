@@ -2,7 +2,7 @@
 
 namespace glyma {
 
-Foundation::Foundation()
+Foundation::Foundation(LogSink& logSink)
     : folders(xdg::findFolders(xdg::processEnvironment(), xdg::executablePath()))
     , settings(folders.config, logSink)
     , debug(settings)

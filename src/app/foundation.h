@@ -4,9 +4,9 @@
 #include "platform/linux/xdg/autostart_login_item.h"
 #include "platform/linux/xdg/desktop_entries.h"
 #include "platform/linux/xdg/folders.h"
-#include "platform/linux/xdg/journal_log_sink.h"
 #include "platform/linux/xdg/json_settings_store.h"
 #include "platform/linux/xdg/system_clock.h"
+#include "platform/log_sink.h"
 #include "preferences/debug_config.h"
 #include "preferences/log.h"
 #include "preferences/user_preferences.h"
@@ -15,11 +15,11 @@ namespace glyma {
 
 /// What the program and its commands have in common, in the order in which one needs the other.
 struct Foundation {
-    Foundation();
+    /// \param logSink  outlives it.
+    explicit Foundation(LogSink& logSink);
 
     xdg::Folders folders;
     xdg::SystemClock clock;
-    xdg::JournalLogSink logSink;
     xdg::JsonSettingsStore settings;
     DebugConfig debug;
     Log log;

@@ -3,6 +3,7 @@
 #include "app/core_diagnosis.h"
 #include "app/desktop_loader.h"
 #include "app/terminal.h"
+#include "platform/linux/xdg/standard_error_log_sink.h"
 
 #include <clocale>
 
@@ -13,19 +14,20 @@ namespace {
 struct Runner {
     int argc;
     char** argv;
+    LogSink& logSink;
 
     int operator()(const RunCommand&) const { return callDesktopFor(glymaDesktopRun); }
     int operator()(const QuitCommand&) const { return callDesktopFor(glymaDesktopQuit); }
     int operator()(const SearchCommand& command) const {
-        Foundation foundation;
+        Foundation foundation(logSink);
         return runSearch(command, foundation);
     }
     int operator()(const ImportCommand& command) const {
-        Foundation foundation;
+        Foundation foundation(logSink);
         return runImport(command, foundation);
     }
     int operator()(const DoctorCommand& command) const {
-        Foundation foundation;
+        Foundation foundation(logSink);
         auto diagnoses = diagnoseCore(foundation);
         addDesktop(diagnoses);
         const int printed = print(command.json ? diagnosesAsJson(diagnoses) : diagnosesAsText(diagnoses));
@@ -69,5 +71,6 @@ private:
 int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "");
     const auto command = glyma::parseCommandLine(argc, argv);
-    return command ? std::visit(glyma::Runner{argc, argv}, *command) : command.error();
+    glyma::xdg::StandardErrorLogSink logSink;
+    return command ? std::visit(glyma::Runner{argc, argv, logSink}, *command) : command.error();
 }

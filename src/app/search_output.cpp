@@ -2,7 +2,6 @@
 
 #include "unicode/text.h"
 
-#include <fmt/ranges.h>
 #include <nlohmann/json.hpp>
 #include <unicode/uchar.h>
 
@@ -16,6 +15,11 @@ namespace {
 constexpr std::size_t widestIcon = 12;
 constexpr std::size_t widestName = 44;
 constexpr std::string_view ellipsis = "…";
+
+/// One column a byte.
+bool isPlain(std::string_view text) {
+    return std::ranges::all_of(text, [](char letter) { return letter >= ' ' && letter <= '~'; });
+}
 
 std::size_t clusterColumns(std::string_view cluster) {
     const auto scalars = unicode::scalars(cluster);
@@ -32,52 +36,79 @@ std::size_t clusterColumns(std::string_view cluster) {
     return isWide ? 2 : 1;
 }
 
-/// Without characters that would move the cursor.
-std::string inOneLine(std::string_view text) {
-    std::string line;
-    for (const auto cluster : unicode::graphemes(text)) {
-        const auto base = static_cast<UChar32>(unicode::firstScalar(cluster));
-        const bool breaks = (U_MASK(u_charType(base)) & (U_GC_CC_MASK | U_GC_ZL_MASK | U_GC_ZP_MASK)) != 0;
-        line += breaks ? std::string_view(" ") : cluster;
+/// A space for what would move the cursor.
+std::string_view inOneLine(std::string_view cluster) {
+    const auto base = static_cast<UChar32>(unicode::firstScalar(cluster));
+    const bool breaks = (U_MASK(u_charType(base)) & (U_GC_CC_MASK | U_GC_ZL_MASK | U_GC_ZP_MASK)) != 0;
+    return breaks ? " " : cluster;
+}
+
+/// Appends a text as one line; what takes more than so many columns is cut and ends with an ellipsis.
+/// \return the columns taken.
+std::size_t appendField(std::string& line, std::string_view text, std::size_t columns) {
+    if (text.size() <= columns && isPlain(text)) {
+        line += text;
+        return text.size();
     }
-    return line;
-}
-
-std::string cut(std::string_view text, std::size_t columns) {
-    if (terminalColumns(text) <= columns)
-        return std::string(text);
-    std::string result;
-    std::size_t used = 1;
+    std::size_t used = 0;
+    auto cutPlace = line.size(); // with room for the ellipsis behind it
+    std::size_t cutColumns = 0;
     for (const auto cluster : unicode::graphemes(text)) {
-        used += clusterColumns(cluster);
-        if (used > columns)
-            break;
-        result += cluster;
+        const auto shown = inOneLine(cluster);
+        used += clusterColumns(shown);
+        if (used > columns) {
+            line.resize(cutPlace);
+            line += ellipsis;
+            return cutColumns + 1;
+        }
+        line += shown;
+        if (used < columns) {
+            cutPlace = line.size();
+            cutColumns = used;
+        }
     }
-    return result.append(ellipsis);
+    return used;
 }
 
-std::string padded(std::string text, std::size_t columns) {
-    const auto used = terminalColumns(text);
-    return text.append(columns > used ? columns - used : 0, ' ');
+void appendKeywords(std::string& line, std::span<const std::string> keywords) {
+    for (const auto& keyword : keywords) {
+        line += &keyword == keywords.data() ? "" : ", ";
+        appendField(line, keyword, std::string::npos);
+    }
 }
 
-struct Line {
-    std::string icon;
-    std::string name;
-    std::string keywords;
+std::string_view shownCharacter(const CommandLineRow& row) {
+    const std::string_view character = row.character;
+    return character.starts_with(specialPrefix) ? "?" : character;
+}
+
+struct Field {
+    Field(std::string_view whole, std::size_t widest)
+        : columns(appendField(text, whole, widest)) {}
+    void appendPadded(std::string& line, std::size_t width) const {
+        line.append(text).append(width - columns, ' ');
+    }
+
+    std::string text;
+    std::size_t columns;
 };
 
-Line makeLine(const CommandLineRow& row) {
-    const bool isSpecial = std::string_view(row.character).starts_with(specialPrefix);
-    return {.icon = cut(isSpecial ? "?" : inOneLine(row.character), widestIcon),
-            .name = cut(inOneLine(row.name), widestName),
-            .keywords = inOneLine(fmt::format("{}", fmt::join(row.keywords, ", ")))};
-}
+struct Line {
+    explicit Line(const CommandLineRow& row)
+        : icon(shownCharacter(row), widestIcon)
+        , name(row.name, widestName)
+        , keywords(row.keywords) {}
+
+    Field icon;
+    Field name;
+    std::span<const std::string> keywords;
+};
 
 } // namespace
 
 std::size_t terminalColumns(std::string_view text) {
+    if (isPlain(text))
+        return text.size();
     std::size_t columns = 0;
     for (const auto cluster : unicode::graphemes(text))
         columns += clusterColumns(cluster);
@@ -101,19 +132,25 @@ std::string searchResultsAsJson(std::span<const CommandLineRow> rows) {
 }
 
 std::string searchResultsAsText(std::span<const CommandLineRow> rows, std::optional<std::size_t> width) {
-    std::vector<Line> lines;
+    const std::vector<Line> lines(rows.begin(), rows.end());
     std::size_t iconColumns = 2;
     std::size_t nameColumns = 0;
-    for (const auto& row : rows) {
-        const auto& line = lines.emplace_back(makeLine(row));
-        iconColumns = std::max(iconColumns, terminalColumns(line.icon));
-        nameColumns = std::max(nameColumns, terminalColumns(line.name));
+    for (const auto& line : lines) {
+        iconColumns = std::max(iconColumns, line.icon.columns);
+        nameColumns = std::max(nameColumns, line.name.columns);
     }
     std::string text;
-    for (const auto& [icon, name, keywords] : lines) {
-        auto line = padded(icon, iconColumns) + "  ";
-        line += keywords.empty() ? name : padded(name, nameColumns) + "  " + keywords;
-        text += (width ? cut(line, *width) : line) + "\n";
+    std::string whole;
+    for (const auto& line : lines) {
+        whole.clear();
+        line.icon.appendPadded(whole, iconColumns + 2);
+        line.name.appendPadded(whole, line.keywords.empty() ? line.name.columns : nameColumns + 2);
+        appendKeywords(whole, line.keywords);
+        if (width)
+            appendField(text, whole, *width);
+        else
+            text += whole;
+        text += '\n';
     }
     return text;
 }

@@ -60,6 +60,7 @@ const std::vector<std::string> emoticonKeywords{"ASCII", "text", "emoticon"};
 } // namespace
 
 std::vector<UserReplacement> defaultReplacements() {
+    UuidMaker makeUuid;
     std::vector<UserReplacement> replacements;
     replacements.reserve(snippets.size());
     for (const auto& [name, text] : snippets)

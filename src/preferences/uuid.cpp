@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <random>
 
 namespace glyma {
 
@@ -26,8 +25,7 @@ std::optional<char> upperCaseDigit(char letter) {
 
 } // namespace
 
-std::string makeUuid() {
-    std::random_device device;
+std::string UuidMaker::operator()() {
     std::string uuid(canonicalLength, '-');
     std::uint32_t bits = 0;
     int unused = 0;
@@ -35,7 +33,7 @@ std::string makeUuid() {
         if (isHyphenPlace(index))
             continue;
         if (unused == 0) {
-            bits = device();
+            bits = device_();
             unused = 8;
         }
         uuid[index] = digits[bits % 16];

@@ -76,10 +76,17 @@ bool isPlain(std::string_view text) {
     return isAscii(text) && text.find('\r') == std::string_view::npos;
 }
 
+bool isOneScalar(std::string_view text) {
+    std::size_t end = 0;
+    return !text.empty() && (nextScalar(text, end), end == text.size());
+}
+
 } // namespace
 
 std::vector<std::string_view> graphemes(std::string_view text) {
     std::vector<std::string_view> clusters;
+    if (isOneScalar(text))
+        return {text};
     if (isPlain(text)) {
         clusters.reserve(text.size());
         for (std::size_t at = 0; at < text.size(); ++at)

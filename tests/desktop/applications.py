@@ -163,6 +163,7 @@ class FirefoxField:
     fields = {
         "input": '<input id="field" class="field" value="%s">',
         "textarea": '<textarea id="field" class="field" rows="6">%s</textarea>',
+        "password": '<input id="field" class="field" type="password" value="%s">',
         "contenteditable": '<div id="field" class="field" contenteditable="true">%s</div>',
     }
 

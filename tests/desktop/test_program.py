@@ -9,7 +9,7 @@ import subprocess
 import time
 import unittest
 
-from applications import Mousepad
+from applications import FirefoxField, Mousepad
 from glyma import BINARY, Glyma
 from virtual_desktop import ROOT, VirtualDesktop, wait_until
 
@@ -130,6 +130,15 @@ class Program(unittest.TestCase):
         time.sleep(0.5)
         self.assertFalse(self.glyma.is_open())
         self.assertEqual(editor.text().rstrip("\n"), ":smi")
+
+    def test_a_password_field_is_left_alone(self):
+        self.glyma.write_settings({"debug.debugLogsEnabled": True, "excludedApps": []})
+        self.glyma.start()
+        field = FirefoxField(self.desktop, "password", "x", "x")
+        self.desktop.type(":smile")
+        wait_until(lambda: field.text() == "x:smile", 3, "the typed text")
+        self.assertFalse(self.glyma.is_open())
+        self.assertNotIn("[tap]", self.glyma.log.read_text())
 
     def test_alt_return_inserts_the_text_form_and_opens_no_menu(self):
         self.glyma.start()

@@ -119,8 +119,8 @@ void DesktopProgram::listen() {
     tray_.setProblem(QString::fromStdString(started.error()));
     report(fmt::format("Glyma: ⚠️ typing is not heard: starting the keyboard tap failed — {}",
                        started.error()));
-    if (foundation_.logSink.hasJournal())
-        fail(started.error());
+    // The log may be the journal, where nobody who starts the program in a terminal looks.
+    fail(started.error());
 }
 
 void DesktopProgram::report(std::string_view message) {

@@ -9,6 +9,7 @@
 #include "platform/linux/x11/connection.h"
 #include "platform/linux/xdg/files.h"
 #include "platform/linux/xdg/instance_lock.h"
+#include "platform/linux/xdg/journal_log_sink.h"
 
 #include <QApplication>
 #include <fmt/format.h>
@@ -36,7 +37,7 @@ void prepareApplication() {
 
 /// Whoever asks for help finds here what this run has to say.
 void emptyDebugLog() {
-    [[maybe_unused]] const auto ignored = xdg::replaceFile("/tmp/glyma_debug.log", "", 0600);
+    [[maybe_unused]] const auto ignored = xdg::makeEmptyFile("/tmp/glyma_debug.log", 0600);
 }
 
 int runInstance(Foundation& foundation) {
@@ -75,7 +76,8 @@ int runDesktop(int argc, char** argv) {
     if (start == dbus::SingleInstance::Start::alreadyRunning)
         return tellRunning();
     emptyDebugLog();
-    Foundation foundation;
+    xdg::JournalLogSink logSink;
+    Foundation foundation(logSink);
     if (start == dbus::SingleInstance::Start::noBus)
         foundation.log.write(
             "Glyma: ⚠️ a second start will not find this one: reaching the session bus failed");

@@ -93,7 +93,7 @@ TEST_F(UserPreferencesTest, LoadsWhatIsUsableOfAStoredValue) {
 
 TEST_F(UserPreferencesTest, EverySettingIsTheSameAfterARestart) {
     const std::vector<UserReplacement> replacements{
-        {makeUuid(), "Sig \"x\"", {"a", "b,c"}, "line\nline \U0001F600"}};
+        {UuidMaker()(), "Sig \"x\"", {"a", "b,c"}, "line\nline \U0001F600"}};
     const std::vector<ExcludedApp> apps{{"org.example.App", "App", false}};
     const std::vector<ExcludedWebsite> websites{{"example.org", true}};
     const GlobalShortcut shortcut{34, modifier::command | modifier::shift, "Super+Shift+I"};

@@ -29,6 +29,12 @@ bool writeAll(int descriptor, std::string_view contents) {
     return true;
 }
 
+/// In the place of another file; never follows a link and never opens what somebody else has made.
+FileDescriptor createAnew(const fs::path& file, unsigned mode) {
+    ::unlink(file.c_str());
+    return FileDescriptor(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode));
+}
+
 /// Removes the temporary file unless it has been moved to its place.
 class TemporaryFile {
 public:
@@ -80,9 +86,7 @@ std::expected<void, std::error_code> replaceFile(const fs::path& file, std::stri
                                                  unsigned mode) {
     // A fixed name, so that a writer that was killed leaves at most one file behind.
     TemporaryFile temporary(file.parent_path() / ("." + file.filename().string() + ".new"));
-    ::unlink(temporary.path().c_str());
-    FileDescriptor descriptor(
-        ::open(temporary.path().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode));
+    FileDescriptor descriptor = createAnew(temporary.path(), mode);
     if (!descriptor || !writeAll(descriptor.number(), contents) || ::fsync(descriptor.number()) != 0 ||
         !descriptor.close() || !temporary.moveTo(file))
         return lastError();
@@ -90,6 +94,12 @@ std::expected<void, std::error_code> replaceFile(const fs::path& file, std::stri
     const FileDescriptor folder(::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folder)
         ::fsync(folder.number());
+    return {};
+}
+
+std::expected<void, std::error_code> makeEmptyFile(const fs::path& file, unsigned mode) {
+    if (!createAnew(file, mode))
+        return lastError();
     return {};
 }
 

@@ -19,6 +19,10 @@ std::expected<std::string, std::error_code> readFile(const std::filesystem::path
 std::expected<void, std::error_code> replaceFile(const std::filesystem::path& file, std::string_view contents,
                                                  unsigned mode);
 
+/// Puts an empty file in the place of whatever file is there, which others may have put. Does not wait for
+/// the disk. \param mode  permissions of the new file.
+std::expected<void, std::error_code> makeEmptyFile(const std::filesystem::path& file, unsigned mode);
+
 /// Makes the folder and those above it, readable by the user alone.
 std::expected<void, std::error_code> makePrivateFolder(const std::filesystem::path& folder);
 

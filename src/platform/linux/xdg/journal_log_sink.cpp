@@ -4,7 +4,6 @@
 #include <systemd/sd-journal.h>
 
 #include <array>
-#include <cstdio>
 #include <string>
 #include <sys/uio.h>
 #include <syslog.h>
@@ -26,10 +25,8 @@ void JournalLogSink::write(std::string_view message) {
     std::array<iovec, fields.size()> parts;
     for (std::size_t index = 0; index < fields.size(); ++index)
         parts[index] = {fields[index].data(), fields[index].size()};
-    if (hasJournal_ && sd_journal_sendv(parts.data(), static_cast<int>(parts.size())) == 0)
-        return;
-    const auto line = fmt::format("{}\n", message);
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    if (!hasJournal_ || sd_journal_sendv(parts.data(), static_cast<int>(parts.size())) != 0)
+        standardError_.write(message);
 }
 
 } // namespace glyma::xdg

@@ -1,20 +1,19 @@
 #pragma once
 
-#include "platform/log_sink.h"
+#include "platform/linux/xdg/standard_error_log_sink.h"
 
 namespace glyma::xdg {
 
 /// The system's journal, with the fields SUBSYSTEM and CATEGORY to filter by; standard error where no journal
-/// runs.
+/// runs. In a library of its own: loading the journal's takes longer than a search takes to answer.
 class JournalLogSink : public LogSink {
 public:
     JournalLogSink();
     void write(std::string_view message) override;
-    /// false: messages go to standard error.
-    bool hasJournal() const { return hasJournal_; }
 
 private:
     bool hasJournal_;
+    StandardErrorLogSink standardError_;
 };
 
 } // namespace glyma::xdg
