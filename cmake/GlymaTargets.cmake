@@ -17,7 +17,8 @@ endif()
 add_library(glyma_options INTERFACE)
 target_compile_options(glyma_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
 if(GLYMA_SANITIZE)
-    target_compile_options(glyma_options INTERFACE "-fsanitize=${GLYMA_SANITIZE}" -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    # Line numbers are all that a report needs of the debugging information.
+    target_compile_options(glyma_options INTERFACE "-fsanitize=${GLYMA_SANITIZE}" -g1 -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_link_options(glyma_options INTERFACE "-fsanitize=${GLYMA_SANITIZE}")
     # gcc's flow analysis sees uninitialised values in its own instrumentation.
     target_compile_options(glyma_options INTERFACE -Wno-maybe-uninitialized)

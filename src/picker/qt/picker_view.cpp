@@ -48,7 +48,6 @@ PickerView::PickerView(PickerServices& services, const Appearance& appearance,
                        const CompositorWatch& compositor, Glyphs& glyphs)
     : FloatingSurface(appearance, compositor, layout::panelRadius)
     , services_(services)
-    , glyphs_(glyphs)
     , header_(glyphs)
     , rows_(glyphs)
     , noResults_(glyphs)

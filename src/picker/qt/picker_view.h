@@ -66,7 +66,6 @@ private:
     void paintList(QPainter& painter);
 
     PickerServices& services_;
-    Glyphs& glyphs_;
     PickerHeader header_;
     RowPainter rows_;
     NoResultsView noResults_;

@@ -89,7 +89,7 @@ WindowIdentity WindowReader::identity(xcb_window_t window) const {
         identity.applicationId.resize(identity.applicationId.size() - suffix.size());
     // Two strings, each ended by a null character.
     const auto wmClass = text(window, XCB_ATOM_WM_CLASS);
-    identity.wmClassInstance = wmClass.c_str();
+    identity.wmClassInstance = wmClass.substr(0, wmClass.find('\0'));
     if (wmClass.size() > identity.wmClassInstance.size())
         identity.wmClassName = wmClass.c_str() + identity.wmClassInstance.size() + 1;
     return identity;

@@ -46,7 +46,7 @@ std::vector<fs::path> systemDataFolders(const Environment& environment, const fs
 }
 
 fs::path resourceFolder(const fs::path& executable) {
-    const auto installed = (executable.parent_path() / "../share/glyma").lexically_normal();
+    auto installed = (executable.parent_path() / "../share/glyma").lexically_normal();
 #ifdef GLYMA_DEVELOPMENT_RESOURCES
     std::error_code error;
     if (!fs::is_directory(installed, error))

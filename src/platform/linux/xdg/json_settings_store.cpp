@@ -87,8 +87,8 @@ std::error_code setAside(const fs::path& file) {
 
 } // namespace
 
-JsonSettingsStore::JsonSettingsStore(fs::path folder, LogSink& log)
-    : file_(std::move(folder) / "settings.json")
+JsonSettingsStore::JsonSettingsStore(const fs::path& folder, LogSink& log)
+    : file_(folder / "settings.json")
     , log_(log) {
     auto reading = readSettings(file_);
     settings_ = std::move(reading.settings);

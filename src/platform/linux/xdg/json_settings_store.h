@@ -24,7 +24,7 @@ namespace glyma::xdg {
 class JsonSettingsStore : public SettingsStore {
 public:
     /// \param folder  made at the first change.
-    JsonSettingsStore(std::filesystem::path folder, LogSink& log);
+    JsonSettingsStore(const std::filesystem::path& folder, LogSink& log);
 
     std::optional<nlohmann::json> value(std::string_view key) const override;
     void set(std::string_view key, nlohmann::json value) override;
