@@ -13,6 +13,10 @@ step() { printf '\n== %s (after %d s)\n' "$*" "$SECONDS"; }
 step "packages"
 tools/install-dependencies.sh build run demo test
 
+step "formatting"
+git ls-files 'src/*.h' 'src/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.h' 'bench/*.cpp' 'tools/*.h' 'tools/*.cpp' |
+    xargs clang-format --dry-run -Werror
+
 step "build"
 cmake --preset release >/dev/null
 cmake --build build/release
@@ -23,9 +27,7 @@ if [ "$quick" = --quick ]; then
     exit 0
 fi
 
-step "source: formatting, headers that compile alone"
-git ls-files 'src/*.h' 'src/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.cpp' 'bench/*.h' 'tools/*.cpp' |
-    xargs clang-format --dry-run -Werror
+step "headers that compile alone"
 cmake --build build/release --target all_verify_interface_header_sets
 
 for sanitizer in asan-ubsan tsan; do
