@@ -38,4 +38,5 @@ for sanitizer in asan-ubsan tsan; do
 done
 
 step "all tests, real applications included"
-ctest --preset release -j "$jobs"
+# An application and its display take two cores.
+ctest --preset release -j "$(((jobs + 1) / 2))"

@@ -45,12 +45,12 @@ function(glyma_library name)
     endif()
 endfunction()
 
-# glyma_test(NAME SOURCES ... LIBRARIES ... [LABELS ...])
-# A GoogleTest program; one CTest entry a test case.
+# glyma_test(NAME SOURCES ... LIBRARIES ... [LABELS ...] [SERIAL])
+# A GoogleTest program; one CTest entry a test case. SERIAL: has the machine to itself, because it tells times.
 function(glyma_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES;LABELS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "" "SOURCES;LIBRARIES;LABELS")
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE glyma_options ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
     target_compile_definitions(${name} PRIVATE "GLYMA_SOURCE_DIR=\"${PROJECT_SOURCE_DIR}\"")
-    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS "${arg_LABELS}")
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS "${arg_LABELS}" RUN_SERIAL "${arg_SERIAL}")
 endfunction()
