@@ -38,7 +38,7 @@ fs::path withSuffix(const fs::path& file, std::string_view suffix) {
 /// The path with the user's home folder as "~".
 std::string shortened(const fs::path& path) {
     const auto* const home = std::getenv("HOME");
-    const auto text = path.string();
+    auto text = path.string();
     if (home == nullptr || *home == '\0' || !text.starts_with(std::string(home) + "/"))
         return text;
     return "~" + text.substr(std::string_view(home).size());

@@ -64,7 +64,7 @@ std::optional<std::string> find(const Map& map, const std::string& key) {
 
 } // namespace
 
-DesktopEntries::DesktopEntries(std::vector<fs::path> dataFolders, std::string searchPath)
+DesktopEntries::DesktopEntries(const std::vector<fs::path>& dataFolders, const std::string& searchPath)
     : searchPath_(splitPath(searchPath)) {
     for (const auto& folder : dataFolders)
         applicationFolders_.push_back(folder / "applications");

@@ -27,7 +27,7 @@ class DesktopEntries : public InstalledApplications {
 public:
     /// \param dataFolders  those of Folders::systemData, the first of two entries with one id counts.
     /// \param searchPath   PATH, for entries that name the program they need.
-    DesktopEntries(std::vector<std::filesystem::path> dataFolders, std::string searchPath);
+    DesktopEntries(const std::vector<std::filesystem::path>& dataFolders, const std::string& searchPath);
 
     /// Looks at the files that the id may name, not at all entries.
     bool isInstalled(std::string_view identifier) const override;
