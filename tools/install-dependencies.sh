@@ -19,7 +19,7 @@ demo=(
 test=(clang-format desktop-file-utils featherpad firefox-esr gnome-text-editor libgmock-dev libgtest-dev xterm)
 bench=(fzf libxcb-damage0-dev sqlite3)
 lint=(clang-tidy-16)
-pictures=(fonts-inter picom trayer)
+pictures=(fonts-inter picom)
 
 wanted=()
 for purpose in "$@"; do

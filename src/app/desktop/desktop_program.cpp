@@ -3,6 +3,7 @@
 #include "app/permission_diagnosis.h"
 #include "app/terminal.h"
 #include "platform/linux/dbus/notification.h"
+#include "platform/linux/x11/tray_colors.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -121,7 +122,11 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
     , tray_(scheduler_,
             {.openPreferences = [this](const std::string& tab) { delegate_.openPreferences(tab); },
              .openUpdatePage = [this] { delegate_.openUpdatePage(); },
-             .quit = [this] { delegate_.quit(); }}) {
+             .quit = [this] { delegate_.quit(); }},
+            [this] {
+                const auto* const connection = inputMonitoring_.connection();
+                return connection ? x11::isTrayDark(*connection) : std::nullopt;
+            }) {
     tap_.setSuppressed([this] { return secureInput_.mustNotListen(); });
     delegateSubscription_ = delegate_.changed.connect([this] { updateTray(); });
     preferencesSubscription_ = foundation.preferences.changed.connect([this] { updateTray(); });
