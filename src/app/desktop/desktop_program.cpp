@@ -3,7 +3,10 @@
 #include "app/permission_diagnosis.h"
 #include "app/terminal.h"
 #include "platform/linux/dbus/notification.h"
+#include "platform/linux/x11/activate_window.h"
+#include "platform/linux/x11/key_codes.h"
 #include "platform/linux/x11/tray_colors.h"
+#include "preferences/qt/preferences_pages.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -45,6 +48,12 @@ qt::FontChoice fontChoice(fonts::FontFamilies& families) {
             .familyFor = [&families](std::string_view text) {
                 return QString::fromStdString(families.familyFor(text));
             }};
+}
+
+/// \param scanCode, keysym  those of Qt's X11 platform: an X key code and a keysym.
+qt::PressedKey pressedKey(std::uint32_t scanCode, std::uint32_t keysym) {
+    return {.keyCode = x11::codeOfPress(static_cast<xcb_keycode_t>(scanCode), keysym),
+            .characters = x11::textOfKeysym(keysym)};
 }
 
 } // namespace
@@ -126,7 +135,12 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
             [this] {
                 const auto* const connection = inputMonitoring_.connection();
                 return connection ? x11::isTrayDark(*connection) : std::nullopt;
-            }) {
+            })
+    , preferences_({.settings = foundation.settings,
+                    .debug = foundation.debug,
+                    .log = foundation.log,
+                    .activate = [](WId window) { x11::activateWindow(static_cast<xcb_window_t>(window)); }},
+                   preferencesPages()) {
     tap_.setSuppressed([this] { return secureInput_.mustNotListen(); });
     delegateSubscription_ = delegate_.changed.connect([this] { updateTray(); });
     preferencesSubscription_ = foundation.preferences.changed.connect([this] { updateTray(); });
@@ -163,6 +177,16 @@ AppDelegateServices DesktopProgram::delegateServices(std::function<void()> onQui
             .version = GLYMA_VERSION};
 }
 
+std::vector<qt::PreferencesPage> DesktopProgram::preferencesPages() {
+    return qt::makePreferencesPages({.preferences = foundation_.preferences,
+                                     .debug = foundation_.debug,
+                                     .catalogue = catalogue_,
+                                     .permissions = permissions_,
+                                     .program = delegate_,
+                                     .recorder = {.flags = flags_, .bell = bell_, .identify = pressedKey},
+                                     .version = QStringLiteral(GLYMA_VERSION)});
+}
+
 void DesktopProgram::start() {
     updateTray();
     accessibility_.prepare(frontApplications_.current().process);
@@ -193,7 +217,10 @@ void DesktopProgram::say(const std::string& obstacle) {
 }
 
 void DesktopProgram::showPreferences(const std::string& tab) {
-    foundation_.log.debug("Glyma: [prefs] openPreferences {}", tab);
+    if (tab.empty())
+        preferences_.show();
+    else
+        preferences_.show(tab);
 }
 
 std::string DesktopProgram::diagnosis() const {

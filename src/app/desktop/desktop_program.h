@@ -23,6 +23,7 @@
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_scheduler.h"
 #include "platform/qt/qt_screens.h"
+#include "preferences/qt/preferences_window.h"
 #include "text/text_inserter.h"
 
 #include <functional>
@@ -51,6 +52,7 @@ public:
 
 private:
     AppDelegateServices delegateServices(std::function<void()> onQuit);
+    std::vector<qt::PreferencesPage> preferencesPages();
     std::expected<void, std::string> startMonitor();
     void say(const std::string& obstacle);
     void sayThatNoTrayIsThere();
@@ -86,6 +88,7 @@ private:
     KeyboardMonitor monitor_;
     AppDelegate delegate_;
     TrayIcon tray_;
+    qt::PreferencesWindow preferences_;
     std::string said_;
     Subscription importSubscription_;
     Subscription frontSubscription_;
