@@ -98,6 +98,16 @@ TEST_F(ImportedSmallCatalogue, BlocksCarryTheirFigures) {
     EXPECT_EQ(blocks["Cyrillic"], (UnicodeBlock{"Cyrillic", 0x400, 0x4FF, 1, "Ж", false}));
 }
 
+TEST_F(ImportTest, ABlockCountsSequencesAlsoWhenNoneOfItsCharactersCanBeDrawn) {
+    fonts.missing.insert("🇦");
+    auto store = need(Store::open(storeFile()));
+    EXPECT_EQ(pipeline().run(store), (ImportSummary{16, 9}));
+    for (const auto& block : need(store.blocks()))
+        if (block.name == "Enclosed Alphanumeric Supplement") {
+            EXPECT_EQ(block.characterCount, 1);
+        }
+}
+
 TEST_F(ImportTest, AMissingOrDamagedFileEndsItWithAnEmptyStore) {
     struct Case {
         const char* file;
