@@ -36,7 +36,7 @@ Store makeSampleStore(const std::filesystem::path& file, const std::filesystem::
     EveryFont fonts;
     const ResourceLocator locator(resources);
     auto store = orExit(Store::open(file));
-    orExit(ImportPipeline{locator, fonts, log, {}, {}}.run(store));
+    orExit(ImportPipeline{locator, fonts, log, {}}.run(store));
     auto transaction = orExit(store.begin());
     for (const auto& block : orExit(store.blocks())) {
         orExit(store.setCharactersEnabled(block.name, true));

@@ -2,13 +2,12 @@
 
 #include "app/font_coverage_loader.h"
 #include "app/import_progress.h"
-#include "app/learned_data.h"
 #include "app/search_output.h"
 #include "app/terminal.h"
+#include "catalogue/catalogue_files.h"
 #include "catalogue/command_line_search.h"
 #include "catalogue/import_pipeline.h"
 #include "catalogue/store_lifecycle.h"
-#include "platform/linux/xdg/instance_lock.h"
 
 #include <fmt/format.h>
 
@@ -19,7 +18,6 @@ namespace fs = std::filesystem;
 namespace {
 
 using Lock = xdg::InstanceLock;
-using Imported = std::expected<ImportSummary, std::string>;
 
 std::string lockProblem(Lock::Failure failure, const fs::path& folder) {
     if (failure == Lock::Failure::held)
@@ -28,51 +26,11 @@ std::string lockProblem(Lock::Failure failure, const fs::path& folder) {
                        folder.string());
 }
 
-Imported fillStore(Store& store, Foundation& foundation, ImportProgress& progress) {
-    const auto fonts = loadFontCoverage(foundation.log);
-    if (!fonts)
-        return std::unexpected(fonts.error());
-    const ImportPipeline pipeline{.resources = foundation.resources,
-                                  .fonts = **fonts,
-                                  .log = foundation.log,
-                                  .progress = [&](std::string_view phase) { progress.show(phase); },
-                                  .restore = {}};
-    return pipeline.run(store);
-}
-
-/// Builds the catalogue beside the old one, so that nothing is lost when that fails or is interrupted.
-Imported rebuild(StoreLifecycle& lifecycle, Store old, Foundation& foundation, ImportProgress& progress) {
-    const auto place = lifecycle.storeLocation();
-    const auto scratch = place.parent_path() / "rebuilt";
-    std::error_code error;
-    fs::remove_all(scratch, error);
-    fs::create_directory(scratch, error);
-    Imported imported = std::unexpected("nothing was imported");
-    {
-        auto fresh = Store::open(scratch / place.filename());
-        if (!fresh)
-            return std::unexpected(fresh.error());
-        imported = fillStore(*fresh, foundation, progress);
-        if (!imported)
-            return imported;
-        if (const auto carried = carryLearnedDataOver(old, *fresh); !carried)
-            return std::unexpected(carried.error());
-    }
-    { const auto closed = std::move(old); }
-    lifecycle.deleteStoreFiles();
-    fs::rename(scratch / place.filename(), place, error);
-    if (error)
-        return std::unexpected(
-            fmt::format("the new catalogue cannot be moved from {}: {}", scratch.string(), error.message()));
-    fs::remove_all(scratch, error);
-    return imported;
-}
-
 /// \return the figures; none when there was a catalogue already.
 std::expected<std::optional<ImportSummary>, std::string> import(Foundation& foundation, bool force,
                                                                 ImportProgress& progress) {
     StoreLifecycle lifecycle(foundation.folders.data, foundation.resources, foundation.settings,
-                             foundation.log);
+                             foundation.clock, foundation.log);
     auto store = lifecycle.makeContainer();
     if (!store)
         return std::unexpected(store.error());
@@ -81,21 +39,23 @@ std::expected<std::optional<ImportSummary>, std::string> import(Foundation& foun
         return std::unexpected(count.error());
     if (*count > 0 && !force)
         return std::nullopt;
-    const auto imported = *count > 0 ? rebuild(lifecycle, std::move(*store), foundation, progress)
-                                     : fillStore(*store, foundation, progress);
+    const auto fonts = loadFontCoverage(foundation.log);
+    if (!fonts)
+        return std::unexpected(fonts.error());
+    const ImportPipeline pipeline{.resources = foundation.resources,
+                                  .fonts = **fonts,
+                                  .log = foundation.log,
+                                  .progress = [&](std::string_view phase) { progress.show(phase); }};
+    const auto imported = *count > 0 ? pipeline.rebuild(*store) : pipeline.run(*store);
     if (!imported)
         return std::unexpected(imported.error());
     return *imported;
 }
 
-fs::path storeFile(const Foundation& foundation) {
-    return foundation.folders.data / "Glyma.store";
-}
-
 int ensureCatalogue(Foundation& foundation) {
-    if (hasCatalogue(storeFile(foundation)))
+    if (hasCatalogue(storeFile(foundation.folders.data)))
         return status::done;
-    const auto lock = Lock::acquire(foundation.folders.data);
+    const auto lock = foundation.lockCatalogue();
     if (!lock && lock.error() == Lock::Failure::held)
         return fail("the catalogue is being built just now; try again in a moment");
     if (!lock)
@@ -112,7 +72,7 @@ int runSearch(const SearchCommand& command, Foundation& foundation) {
         return ready;
     const auto& preferences = foundation.preferences;
     const auto replacements = preferences.userReplacements();
-    const auto rows = searchFromCommandLine({.storeFile = storeFile(foundation),
+    const auto rows = searchFromCommandLine({.storeFile = storeFile(foundation.folders.data),
                                              .resources = foundation.resources,
                                              .settings = foundation.settings,
                                              .replacements = replacements,
@@ -127,8 +87,9 @@ int runSearch(const SearchCommand& command, Foundation& foundation) {
 }
 
 int runImport(const ImportCommand& command, Foundation& foundation) {
-    const auto lock = Lock::acquire(foundation.folders.data);
-    if (!lock && lock.error() == Lock::Failure::held && !command.force && hasCatalogue(storeFile(foundation)))
+    const auto lock = foundation.lockCatalogue();
+    if (!lock && lock.error() == Lock::Failure::held && !command.force &&
+        hasCatalogue(storeFile(foundation.folders.data)))
         return print("The catalogue is there already.\n");
     if (!lock)
         return fail(lockProblem(lock.error(), foundation.folders.data));

@@ -1,6 +1,7 @@
 #include "app/core_diagnosis.h"
 
 #include "app/font_coverage_loader.h"
+#include "catalogue/catalogue_files.h"
 #include "data/store.h"
 
 #include <fmt/format.h>
@@ -48,7 +49,7 @@ Diagnosis diagnoseResources(const Foundation& foundation) {
 }
 
 Diagnosis diagnoseStore(const Foundation& foundation) {
-    const auto file = foundation.folders.data / "Glyma.store";
+    const auto file = storeFile(foundation.folders.data);
     std::error_code error;
     if (!std::filesystem::exists(file, error))
         return {.name = "catalogue",

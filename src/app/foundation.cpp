@@ -12,4 +12,11 @@ Foundation::Foundation(LogSink& logSink)
     , preferences(settings, loginItem, applications, log)
     , resources(folders.resources) {}
 
+std::expected<xdg::InstanceLock, xdg::InstanceLock::Failure> Foundation::lockCatalogue() {
+    auto lock = xdg::InstanceLock::acquire(folders.data);
+    if (lock)
+        settings.readAgain();
+    return lock;
+}
+
 } // namespace glyma

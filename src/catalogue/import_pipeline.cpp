@@ -1,6 +1,7 @@
 #include "catalogue/import_pipeline.h"
 
 #include "catalogue/imported_characters.h"
+#include "catalogue/user_data_files.h"
 
 #include <exception>
 #include <future>
@@ -33,14 +34,31 @@ public:
         : pipeline_(pipeline)
         , store_(store) {}
 
-    ImportSummary run() {
+    ImportSummary fill() {
         const auto wasEmpty = orAbort(store_.characterCount()) == 0;
         read();
-        const auto summary = write(wasEmpty);
+        ImportedCharacters characters(data_, kept_);
+        build(characters);
+        auto transaction = orAbort(store_.begin());
+        if (wasEmpty && orAbort(store_.characterCount()) > 0)
+            return foundImported();
+        insert(characters);
         begin("Restoring user data");
-        if (pipeline_.restore)
-            pipeline_.restore(store_);
-        return summary;
+        restoreNewestUserData(store_, pipeline_.log);
+        return finish(transaction, characters);
+    }
+
+    ImportSummary rebuild() {
+        read();
+        ImportedCharacters characters(data_, kept_);
+        build(characters);
+        auto transaction = orAbort(store_.begin());
+        const auto taught = orAbort(store_.userData({}));
+        orAbort(store_.removeCatalogue());
+        insert(characters);
+        begin("Restoring user data");
+        orAbort(store_.restoreUserData(taught));
+        return finish(transaction, characters);
     }
 
 private:
@@ -101,26 +119,25 @@ private:
             pipeline_.log.debug("Glyma: ⚠️ Unikemet import failed — {}", loaded.error());
     }
 
-    /// All in one transaction: the next start finds either a whole catalogue or an empty store, which it
-    /// fills anew.
-    ImportSummary write(bool wasEmpty) {
+    void build(ImportedCharacters& characters) {
         begin("Inserting characters");
-        ImportedCharacters characters(data_, kept_);
         characters.build([&](std::string_view sequence) { return pipeline_.fonts.canDraw(sequence); });
-        auto transaction = orAbort(store_.begin());
-        if (wasEmpty && orAbort(store_.characterCount()) > 0)
-            return foundImported();
+    }
+
+    void insert(const ImportedCharacters& characters) {
         orAbort(store_.insertCharacters(characters.records()));
         pipeline_.log.debug("Glyma: enriched {} characters with Unikemet descriptions",
                             characters.enrichedCount());
-
         begin("Inserting Unicode blocks");
-        const auto blocks = characters.blocks();
-        orAbort(store_.insertBlocks(blocks));
-
+        orAbort(store_.insertBlocks(characters.blocks()));
         begin("Finalizing");
+    }
+
+    /// All in one transaction, what was taught included: were the catalogue on disk before, an end in between
+    /// would leave a store that looks complete and has forgotten everything.
+    ImportSummary finish(Store::Transaction& transaction, const ImportedCharacters& characters) {
         orAbort(transaction.commit());
-        const ImportSummary summary{std::ssize(characters.records()), std::ssize(blocks)};
+        const ImportSummary summary{std::ssize(characters.records()), std::ssize(data_.blocks)};
         pipeline_.log.debug("Glyma: ✓ imported {} chars + {} blocks", summary.characters, summary.blocks);
         return summary;
     }
@@ -129,6 +146,7 @@ private:
     ImportSummary foundImported() const {
         begin("Inserting Unicode blocks");
         begin("Finalizing");
+        begin("Restoring user data");
         return {orAbort(store_.characterCount()), std::ssize(orAbort(store_.blocks()))};
     }
 
@@ -138,15 +156,24 @@ private:
     std::vector<std::size_t> kept_;
 };
 
-} // namespace
-
-std::expected<ImportSummary, std::string> ImportPipeline::run(Store& store) const {
+template<typename Work>
+std::expected<ImportSummary, std::string> attempt(Log& log, const Work& work) {
     try {
-        return Import(*this, store).run();
+        return work();
     } catch (const std::exception& error) {
         log.debug("Glyma: ⚠️ import failed — {}", error.what());
         return std::unexpected(error.what());
     }
+}
+
+} // namespace
+
+std::expected<ImportSummary, std::string> ImportPipeline::run(Store& store) const {
+    return attempt(log, [&] { return Import(*this, store).fill(); });
+}
+
+std::expected<ImportSummary, std::string> ImportPipeline::rebuild(Store& store) const {
+    return attempt(log, [&] { return Import(*this, store).rebuild(); });
 }
 
 } // namespace glyma

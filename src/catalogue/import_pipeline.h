@@ -7,7 +7,6 @@
 
 #include <cstdint>
 #include <expected>
-#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -21,19 +20,20 @@ struct ImportSummary {
 };
 
 /// Builds the catalogue from the reference files: parses them, drops what no installed font can draw, decides
-/// what starts switched on and writes it all to the store. Blocking; any one thread. \param progress  told
-/// the text of each of the nine phases as it begins. \param restore   run in the last phase ("Restoring user
-/// data"). \return the figures, or why it was aborted. An import is written whole or not at all; a store that
-/// another process
-///         fills meanwhile is taken as it is.
+/// what starts switched on, writes it all to the store and puts back what the user had taught. Blocking; any
+/// one thread. All of it happens or nothing. Both calls return the figures, or why there are none.
 struct ImportPipeline {
     const ResourceLocator& resources;
     FontCoverage& fonts;
     Log& log;
+    /// Told the text of each of the nine phases as it begins; may be empty.
     std::function<void(std::string_view)> progress;
-    std::function<void(Store&)> restore;
 
+    /// Fills an empty store and restores the newest backup beside it. A store that another process fills
+    /// meanwhile is taken as it is.
     std::expected<ImportSummary, std::string> run(Store& store) const;
+    /// Replaces the catalogue of the store, keeping what the user taught it.
+    std::expected<ImportSummary, std::string> rebuild(Store& store) const;
 };
 
 } // namespace glyma

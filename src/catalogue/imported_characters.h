@@ -56,7 +56,7 @@ private:
     const ReferenceData& data_;
     std::span<const std::size_t> kept_;
     std::unordered_map<std::string_view, const CLDRImporter::CharData*> annotations_;
-    std::unordered_map<std::string_view, Figures> figures_;
+    std::unordered_map<std::string, Figures> figures_; ///< by block
     std::vector<UnicodeChar> records_;
     std::int64_t enrichedCount_ = 0;
 };

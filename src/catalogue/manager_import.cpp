@@ -1,22 +1,8 @@
+#include "catalogue/catalogue_files.h"
 #include "catalogue/import_pipeline.h"
 #include "catalogue/manager_implementation.h"
 
-#include <cstdlib>
-
 namespace glyma {
-
-namespace {
-
-/// The path with the user's home folder as "~".
-std::string shortened(const std::filesystem::path& path) {
-    const auto* const home = std::getenv("HOME");
-    auto text = path.string();
-    if (home == nullptr || *home == '\0' || !text.starts_with(std::string(home) + '/'))
-        return text;
-    return "~" + text.substr(std::string_view(home).size());
-}
-
-} // namespace
 
 void UnicodeDataManager::Implementation::start() {
     services.log.debug("Glyma: SQLite store → {}", shortened(store.file()));
@@ -56,7 +42,7 @@ void UnicodeDataManager::Implementation::startImport() {
         const auto progress = [this, onMain](std::string_view phase) {
             onMain([this, text = std::string(phase)] { owner.importProgress.emit(text); });
         };
-        const ImportPipeline pipeline{resources, fonts, log, progress, {}};
+        const ImportPipeline pipeline{resources, fonts, log, progress};
         std::string failure;
         if (auto own = Store::open(file); !own) {
             log.debug("Glyma: ⚠️ import failed — {}", own.error());

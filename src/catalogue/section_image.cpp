@@ -1,10 +1,10 @@
 #include "catalogue/section_image.h"
 
 #include "catalogue/byte_scan.h"
+#include "data/whole_file.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <string>
@@ -55,16 +55,6 @@ public:
 private:
     int value_;
 };
-
-bool writeAll(int descriptor, const std::vector<char>& bytes) {
-    for (std::size_t written = 0; written < bytes.size();) {
-        const auto count = write(descriptor, bytes.data() + written, bytes.size() - written);
-        if (count < 0 && errno != EINTR)
-            return false;
-        written += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
-    }
-    return true;
-}
 
 std::vector<char> serialized(Header& header, const CatalogueTexts& texts) {
     std::vector<char> bytes(sizeof(Header));
@@ -169,16 +159,7 @@ bool writeImage(const std::filesystem::path& file, std::string_view key, const C
     header.popularityTotal = texts.popularityTotal;
     if (!setKey(header, key))
         return false;
-    const auto bytes = serialized(header, texts);
-    auto temporary = file.string() + ".XXXXXX";
-    const Descriptor descriptor(mkostemp(temporary.data(), O_CLOEXEC));
-    if (descriptor.get() < 0)
-        return false;
-    if (writeAll(descriptor.get(), bytes) && fdatasync(descriptor.get()) == 0 &&
-        rename(temporary.c_str(), file.c_str()) == 0)
-        return true;
-    unlink(temporary.c_str());
-    return false;
+    return replaceWholeFile(file, serialized(header, texts)).has_value();
 }
 
 std::optional<CatalogueTexts> mapImage(const std::filesystem::path& file, std::string_view key) {

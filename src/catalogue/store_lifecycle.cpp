@@ -1,12 +1,14 @@
 #include "catalogue/store_lifecycle.h"
 
+#include "catalogue/catalogue_files.h"
+#include "catalogue/user_data_files.h"
+
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <array>
 #include <chrono>
-#include <cstdlib>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -27,21 +29,9 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 5> reference
     {"emoji-popularity", "json"},
     {"Unikemet", "txt"},
 }};
-/// The store and its companions. The store goes first: a companion that a sudden end leaves behind belongs to
-/// nothing.
-constexpr std::array<std::string_view, 3> storeSuffixes{"", "-wal", "-shm"};
 
 fs::path withSuffix(const fs::path& file, std::string_view suffix) {
     return file.string() + std::string(suffix);
-}
-
-/// The path with the user's home folder as "~".
-std::string shortened(const fs::path& path) {
-    const auto* const home = std::getenv("HOME");
-    auto text = path.string();
-    if (home == nullptr || *home == '\0' || !text.starts_with(std::string(home) + "/"))
-        return text;
-    return "~" + text.substr(std::string_view(home).size());
 }
 
 std::string lastChange(const fs::path& file) {
@@ -53,8 +43,8 @@ std::string lastChange(const fs::path& file) {
     return fmt::format("{:%Y-%m-%dT%H%M%S}", fmt::gmtime(std::chrono::system_clock::to_time_t(time)));
 }
 
-fs::path unusedName(const fs::path& file, std::string_view reason) {
-    const auto base = fmt::format("{}.{}-{}", file.string(), reason, lastChange(file));
+fs::path nameAside(const fs::path& file) {
+    const auto base = fmt::format("{}.damaged-{}", file.string(), lastChange(file));
     auto name = base;
     for (int number = 2; fs::exists(name); ++number)
         name = fmt::format("{}-{}", base, number);
@@ -64,10 +54,11 @@ fs::path unusedName(const fs::path& file, std::string_view reason) {
 } // namespace
 
 StoreLifecycle::StoreLifecycle(std::filesystem::path dataFolder, const ResourceLocator& resources,
-                               SettingsStore& settings, Log& log)
+                               SettingsStore& settings, const WallClock& clock, Log& log)
     : dataFolder_(std::move(dataFolder))
     , resources_(resources)
     , settings_(settings)
+    , clock_(clock)
     , log_(log) {}
 
 fs::path StoreLifecycle::storeLocation() const {
@@ -75,7 +66,7 @@ fs::path StoreLifecycle::storeLocation() const {
     // What the user typed is in it.
     if (fs::create_directories(dataFolder_, error))
         fs::permissions(dataFolder_, fs::perms::owner_all, error);
-    return dataFolder_ / "Glyma.store";
+    return storeFile(dataFolder_);
 }
 
 std::string StoreLifecycle::computeDataFingerprint() const {
@@ -93,12 +84,13 @@ std::string StoreLifecycle::computeDataFingerprint() const {
 }
 
 std::expected<Store, std::string> StoreLifecycle::makeContainer() {
-    makeRoomWhenDataChanged();
     const auto location = storeLocation();
+    migrateLegacyStore();
+    makeRoomWhenDataChanged();
     auto store = Store::open(location);
     if (!store && Store::isUnusable(location)) {
         log_.write(fmt::format("Glyma: ⚠️ the character store cannot be used — {}", store.error()));
-        if (const auto kept = setAside("damaged"); !kept)
+        if (const auto kept = setAside(); !kept)
             return std::unexpected(kept.error());
         store = Store::open(location);
     }
@@ -112,24 +104,75 @@ std::expected<Store, std::string> StoreLifecycle::makeContainer() {
     return store;
 }
 
+void StoreLifecycle::migrateLegacyStore() const {
+    const auto location = storeFile(dataFolder_);
+    const auto folder = location.lexically_normal().parent_path();
+    const auto legacy = folder.parent_path() / "default.store";
+    std::error_code error;
+    // Other programs may have a file of so plain a name.
+    if (fs::exists(location, error) || !Store::isStore(legacy))
+        return;
+    // The store goes last: after a sudden end the next start goes on from there.
+    for (const auto* suffix : {"-wal", "-shm", ""}) {
+        const auto file = withSuffix(legacy, suffix);
+        if (!fs::exists(file, error))
+            continue;
+        fs::rename(file, withSuffix(location, suffix), error);
+        if (error) {
+            log_.debug("Glyma: legacy store migration failed for .store{} — {}", suffix, error.message());
+            return;
+        }
+    }
+    log_.debug("Glyma: migrated store from {} to {}", shortened(legacy), shortened(location));
+}
+
 void StoreLifecycle::makeRoomWhenDataChanged() {
     const auto fingerprint = computeDataFingerprint();
     if (settings_.value(fingerprintKey) == nlohmann::json(fingerprint))
         return;
+    log_.debug("Glyma: data fingerprint changed — deleting store for reimport");
     // The fingerprint is stored once the old store is out of the way, so that an end in between changes
     // nothing.
-    if (const auto kept = setAside("replaced"); kept)
+    if (const auto made = makeRoom(); made)
         settings_.set(fingerprintKey, fingerprint);
     else
-        log_.write(fmt::format("Glyma: ⚠️ the old catalogue stays in use — {}", kept.error()));
+        log_.write(fmt::format("Glyma: ⚠️ the old catalogue stays in use — {}", made.error()));
 }
 
-std::expected<void, std::string> StoreLifecycle::setAside(std::string_view reason) const {
-    const auto location = storeLocation();
+StoreLifecycle::Done StoreLifecycle::makeRoom() const {
+    const auto location = storeFile(dataFolder_);
+    std::error_code error;
+    if (!fs::exists(fs::symlink_status(location, error)))
+        return deleteStoreFiles();
+    const auto hadCatalogue = saveUserData();
+    if (hadCatalogue)
+        return *hadCatalogue ? deleteStoreFiles() : Done();
+    log_.debug("Glyma: ⚠️ user data export failed — {}; keeping previous backup (if any)",
+               hadCatalogue.error());
+    return Store::isUnusable(location) ? setAside() : std::unexpected(hadCatalogue.error());
+}
+
+std::expected<bool, std::string> StoreLifecycle::saveUserData() const {
+    const auto store = Store::open(storeFile(dataFolder_));
+    if (!store)
+        return std::unexpected(store.error());
+    const auto count = store->characterCount();
+    if (!count)
+        return std::unexpected(count.error());
+    // An import that never ended. What was taught is in the newest backup, and that must stay the newest.
+    if (*count == 0)
+        return false;
+    if (const auto exported = exportUserDataBackup(*store, clock_.now(), log_); !exported)
+        return std::unexpected(exported.error());
+    return true;
+}
+
+StoreLifecycle::Done StoreLifecycle::setAside() const {
+    const auto location = storeFile(dataFolder_);
     try {
-        const auto target = unusedName(location, reason);
+        const auto target = nameAside(location);
         auto moved = false;
-        for (const auto suffix : storeSuffixes) {
+        for (const auto* suffix : {"", "-wal", "-shm"}) {
             const auto source = withSuffix(location, suffix);
             if (!fs::exists(fs::symlink_status(source)))
                 continue;
@@ -148,13 +191,14 @@ std::expected<void, std::string> StoreLifecycle::setAside(std::string_view reaso
     }
 }
 
-void StoreLifecycle::deleteStoreFiles() const {
-    const auto location = storeLocation();
-    std::error_code error;
-    for (const auto suffix : storeSuffixes)
-        fs::remove(withSuffix(location, suffix), error);
-    fs::remove(Store::damageMark(location), error);
+StoreLifecycle::Done StoreLifecycle::deleteStoreFiles() const {
+    // While the store is there its companions are part of it.
+    if (!removeFiles({storeFile(dataFolder_)}).empty())
+        return std::unexpected(fmt::format("{} cannot be deleted", shortened(storeFile(dataFolder_))));
+    (void)removeFiles(storeFiles(dataFolder_));
+    (void)removeFiles(replaceableFiles(dataFolder_));
     log_.debug("Glyma: store files deleted at {}", shortened(dataFolder_ / "Glyma"));
+    return {};
 }
 
 } // namespace glyma

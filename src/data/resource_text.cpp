@@ -1,37 +1,16 @@
 #include "data/resource_text.h"
 
+#include "data/whole_file.h"
 #include "unicode/text.h"
 
 #include <fmt/format.h>
 
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <optional>
-#include <system_error>
 
 namespace glyma {
 namespace {
 
 constexpr std::string_view remedy = "reinstall Glyma or set GLYMA_RESOURCE_DIR";
-
-std::expected<std::string, std::string> readFile(const std::filesystem::path& path) {
-    errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    std::error_code error;
-    const auto size = std::filesystem::file_size(path, error);
-    std::string text;
-    std::size_t length = 0;
-    while (file && !error) {
-        text.resize(length == 0 ? size + 1 : length * 2); // one byte more tells the end in one go
-        file.read(text.data() + length, static_cast<std::streamsize>(text.size() - length));
-        length += static_cast<std::size_t>(file.gcount());
-    }
-    if (!file.eof() || file.bad())
-        return std::unexpected(std::string(std::strerror(error ? error.value() : errno)));
-    text.resize(length);
-    return text;
-}
 
 } // namespace
 
@@ -47,7 +26,7 @@ std::expected<ResourceText, std::string> readResource(const ResourceLocator& res
         return std::unexpected(
             fmt::format("{}.{} not found in {}: {}", name, extension, resources.folder().string(), remedy));
     ResourceText resource{*path, {}};
-    auto text = readFile(*path);
+    auto text = readWholeFile(*path);
     if (!text)
         return std::unexpected(resource.problem(fmt::format("cannot be read ({})", text.error())));
     resource.text = std::move(*text);

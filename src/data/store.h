@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/records.h"
+#include "data/user_data_backup.h"
 
 #include <cstdint>
 #include <expected>
@@ -51,6 +52,8 @@ public:
     /// Whether the file itself is the reason why it cannot be opened (and not its permissions, a full disk,
     /// ...).
     static bool isUnusable(const std::filesystem::path& file);
+    /// Whether the file is, as far as its first bytes tell, a store of this program.
+    static bool isStore(const std::filesystem::path& file);
     /// The file beside a store that is there once damage was met in it.
     static std::filesystem::path damageMark(const std::filesystem::path& file);
 
@@ -80,6 +83,10 @@ public:
     Result<std::vector<TermSelection>> termSelections() const;
     Result<std::optional<TermSelection>> termSelection(std::string_view id) const;
 
+    /// What the user taught, of all that is stored. A block without characters counts by its own switch.
+    /// \param now  the export date.
+    Result<UserDataBackup> userData(Timestamp now) const;
+
     // Writing. Inserting a record whose unique key exists updates that record.
     Result<void> insertCharacters(std::span<const UnicodeChar> characters);
     Result<void> insertBlocks(std::span<const UnicodeBlock> blocks);
@@ -92,6 +99,11 @@ public:
     Result<void> setCharactersEnabled(std::string_view blockName, bool enabled);
     Result<void> setCharacterEnabled(std::string_view character, bool enabled);
     Result<void> setBlockEnabled(std::string_view blockName, bool enabled);
+    /// Puts back what userData() gave: usage, learned terms, which characters and blocks are on. What the
+    /// store does not have is left out, what the backup does not name stays. All of it or nothing.
+    Result<void> restoreUserData(const UserDataBackup& backup);
+    /// Removes the characters and blocks; the learned terms stay.
+    Result<void> removeCatalogue();
 
     /// A transaction over several calls: commits with commit(), rolls back when destroyed without. It must
     /// not outlive its store, which can have one at a time.

@@ -80,11 +80,24 @@ constexpr std::array<const char*, 4> columnChecks{
 // What the user typed is in it.
 constexpr auto ownerOnly = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
 
+constexpr std::string_view magic("SQLite format 3\0", 16);
+constexpr std::size_t headerSize = 100;
+
+/// The first bytes of a file, as many of a database's header as there are.
+std::string readHeader(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream)
+        throw std::runtime_error("cannot be read");
+    std::string header(headerSize, '\0');
+    stream.read(header.data(), headerSize);
+    header.resize(static_cast<std::size_t>(stream.gcount()));
+    return header;
+}
+
 enum class Kind { absent, empty, database };
 
 /// Without SQLite, which would write to some of the files that it then finds unusable.
 Kind look(const std::filesystem::path& file) {
-    constexpr std::string_view magic("SQLite format 3\0", 16);
     std::error_code error;
     if (!std::filesystem::exists(file, error))
         return Kind::absent;
@@ -92,15 +105,10 @@ Kind look(const std::filesystem::path& file) {
         throw UnusableStore("not a regular file");
     if (std::filesystem::exists(Store::damageMark(file), error))
         throw UnusableStore("was found damaged while it was in use");
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream)
-        throw std::runtime_error("cannot be read");
-    std::array<char, 100> header{};
-    stream.read(header.data(), header.size());
-    if (stream.gcount() == 0)
+    const auto header = readHeader(file);
+    if (header.empty())
         return Kind::empty;
-    if (stream.gcount() < static_cast<std::streamsize>(header.size()) ||
-        !std::string_view(header.data(), 16).starts_with(magic))
+    if (header.size() < headerSize || !header.starts_with(magic))
         throw UnusableStore("file is not a database");
     return Kind::database;
 }
@@ -157,6 +165,20 @@ std::unique_ptr<StoreConnection> openStoreConnection(const std::filesystem::path
         if (isDamage(error) || isSchemaFault(error))
             throw UnusableStore(error.what());
         throw;
+    }
+}
+
+bool Store::isStore(const std::filesystem::path& file) {
+    constexpr std::size_t applicationIdOffset = 68; // https://www.sqlite.org/fileformat.html#application_id
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(file, error))
+        return false;
+    try {
+        const auto header = readHeader(file);
+        return header.starts_with(magic) &&
+               std::string_view(header).substr(applicationIdOffset).starts_with("Glym");
+    } catch (const std::exception&) {
+        return false;
     }
 }
 

@@ -1,3 +1,5 @@
+#include "data/store_writing.h"
+
 #include "data/store_implementation.h"
 #include "data/store_rows.h"
 #include "data/store_schema.h"
@@ -16,11 +18,6 @@ std::int64_t single(StoreConnection& connection, std::string_view sql) {
 /// Notes were derived from what changes now.
 void dropNotes(StoreConnection& connection) {
     StoreQuery(connection, "DELETE FROM StoreNote").run();
-}
-
-/// The rows' order stays true when characters are only switched on or off.
-void dropNotesOnEnabled(StoreConnection& connection) {
-    StoreQuery(connection, "DELETE FROM StoreNote WHERE name <> ?").with(orderedRowsNote).run();
 }
 
 void putNote(StoreConnection& connection, std::string_view name, std::int64_t value) {
@@ -73,6 +70,12 @@ void upsertCharacters(StoreConnection& connection, std::span<const UnicodeChar> 
         insertRow(query, character, deriveTexts(character));
 }
 
+} // namespace
+
+void dropNotesOnEnabled(StoreConnection& connection) {
+    StoreQuery(connection, "DELETE FROM StoreNote WHERE name <> ?").with(orderedRowsNote).run();
+}
+
 void upsertTermSelection(StoreConnection& connection, const TermSelection& selection) {
     StoreQuery(
         connection,
@@ -90,16 +93,11 @@ void updateUsage(StoreConnection& connection, std::string_view character, std::i
         .run();
 }
 
-template<typename Work>
-Store::Result<void> write(StoreConnection& connection, Work&& work) {
-    return connection.attempt([&] {
-        StoreWriteScope scope(connection);
-        work();
-        scope.commit();
-    });
+void updateBlockEnabled(StoreConnection& connection, std::string_view blockName, bool enabled) {
+    StoreQuery(connection, "UPDATE UnicodeBlock SET isEnabled = ? WHERE name = ?")
+        .with(enabled, blockName)
+        .run();
 }
-
-} // namespace
 
 Store::Result<void> Store::insertCharacters(std::span<const UnicodeChar> characters) {
     auto& connection = *implementation_->connection;
@@ -108,6 +106,15 @@ Store::Result<void> Store::insertCharacters(std::span<const UnicodeChar> charact
             fillCharacters(connection, characters);
         else
             upsertCharacters(connection, characters);
+    });
+}
+
+Store::Result<void> Store::removeCatalogue() {
+    auto& connection = *implementation_->connection;
+    return write(connection, [&] {
+        dropNotes(connection);
+        StoreQuery(connection, "DELETE FROM UnicodeChar").run();
+        StoreQuery(connection, "DELETE FROM UnicodeBlock").run();
     });
 }
 
@@ -176,11 +183,7 @@ Store::Result<void> Store::setCharacterEnabled(std::string_view character, bool 
 
 Store::Result<void> Store::setBlockEnabled(std::string_view blockName, bool enabled) {
     auto& connection = *implementation_->connection;
-    return write(connection, [&] {
-        StoreQuery(connection, "UPDATE UnicodeBlock SET isEnabled = ? WHERE name = ?")
-            .with(enabled, blockName)
-            .run();
-    });
+    return write(connection, [&] { updateBlockEnabled(connection, blockName, enabled); });
 }
 
 struct Store::Transaction::Implementation {

@@ -27,6 +27,8 @@ QUERIES = {
 }
 SNIPPET = "Quillaby House\n1 Main Street \U0001f3e0\n\tback door"
 DELAY = 15
+# Seconds. An application that did not answer once is left alone for two, and then asked again.
+PATIENCE = 8
 
 
 def settings():
@@ -101,7 +103,7 @@ class Run:
 
     def wait_for_text(self, number, query, expected, caret):
         try:
-            wait_until(lambda: (self.application.text() or "").rstrip("\n") == expected, 3, "the text")
+            wait_until(lambda: (self.application.text() or "").rstrip("\n") == expected, PATIENCE, "the text")
             wait_until(lambda: self.application.caret() == caret, 1, "the caret")
         except TimeoutError:
             self.fail(number, query, f"{expected!r} caret {caret}",

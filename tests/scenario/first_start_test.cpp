@@ -1,4 +1,7 @@
+#include "data/user_data_backup.h"
 #include "road.h"
+
+#include <fstream>
 
 namespace glyma::scenario {
 namespace {
@@ -43,6 +46,22 @@ TEST_F(FirstStart, TheUserTypesWhileTheCatalogueIsBeingImported) {
     choosing("😸");
     choose(":smile");
     EXPECT_EQ(editor.text(), "😄😸😸😸") << "what the user chooses more often comes first";
+}
+
+TEST_F(FirstStart, WhatABackupKnowsIsKnownAgainAfterTheImport) {
+    auto& editor = desktop.open("editor");
+    UserDataBackup backup;
+    backup.charUsage = {{"😸", {40, desktop.clock.now()}}};
+    backup.termSelections = {{"smile", "😸", 5, desktop.clock.now()}};
+    backup.blockStates = {{"Currency Symbols", UserDataBackup::AllDisabled{}}};
+    std::ofstream(folder / "user-data-backup-2024-05-01T120000.json") << encode(backup);
+    catalogue.start();
+    settle();
+    choose(":smile");
+    EXPECT_EQ(editor.text(), "😸");
+    desktop.type(" :euro sign");
+    settle();
+    EXPECT_THAT(shown(), testing::Not(testing::Contains("€")));
 }
 
 } // namespace

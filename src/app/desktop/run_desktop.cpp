@@ -9,7 +9,6 @@
 #include "platform/linux/dbus/single_instance.h"
 #include "platform/linux/x11/connection.h"
 #include "platform/linux/xdg/files.h"
-#include "platform/linux/xdg/instance_lock.h"
 #include "platform/linux/xdg/journal_log_sink.h"
 
 #include <QApplication>
@@ -61,13 +60,13 @@ dbus::SingleInstance::Requests requestsFor(std::unique_ptr<DesktopProgram>& prog
 
 int runInstance(Foundation& foundation, std::unique_ptr<DesktopProgram>& program,
                 const std::optional<std::string>& tab) {
-    const auto lock = xdg::InstanceLock::acquire(foundation.folders.data);
+    const auto lock = foundation.lockCatalogue();
     if (!lock && lock.error() == xdg::InstanceLock::Failure::held)
         return fail(
             fmt::format("another Glyma, or an import, uses the folder {}; try again when it has ended",
                         foundation.folders.data.string()));
     StoreLifecycle lifecycle(foundation.folders.data, foundation.resources, foundation.settings,
-                             foundation.log);
+                             foundation.clock, foundation.log);
     auto store = lifecycle.makeContainer();
     if (!store)
         return fail(store.error());

@@ -45,6 +45,10 @@ public:
         const std::lock_guard lock(mutex_);
         return lines_;
     }
+    void clear() {
+        const std::lock_guard lock(mutex_);
+        lines_.clear();
+    }
 
 private:
     mutable std::mutex mutex_;

@@ -114,6 +114,17 @@ void JsonSettingsStore::remove(std::string_view key) {
     apply(key, std::nullopt);
 }
 
+void JsonSettingsStore::readAgain() {
+    const std::lock_guard lock(mutex_);
+    auto reading = readSettings(file_);
+    if (!reading.problem.empty())
+        return;
+    for (const auto& [key, value] : unwritten_)
+        applyChange(reading.settings, key, value);
+    settings_ = std::move(reading.settings);
+    readProblem_.clear();
+}
+
 std::string JsonSettingsStore::problem() const {
     const std::lock_guard lock(mutex_);
     return writeProblem_.empty() ? readProblem_ : writeProblem_;

@@ -30,6 +30,9 @@ public:
     void set(std::string_view key, nlohmann::json value) override;
     void remove(std::string_view key) override;
 
+    /// Takes over what other processes have written since; a file that cannot be read changes nothing.
+    void readAgain();
+
     const std::filesystem::path& file() const { return file_; }
     /// What is wrong with the file now, for people; empty when nothing is.
     std::string problem() const;

@@ -3,6 +3,7 @@
 #include "catalogue/import_pipeline.h"
 #include "catalogue/store_lifecycle.h"
 #include "platform/simulated/services.h"
+#include "platform/simulated/virtual_clock.h"
 #include "store_fixture.h"
 
 #include <string>
@@ -68,19 +69,29 @@ protected:
     ImportTest() {
         debug.setDebugLogsEnabled(true);
         fonts.missing = {"😁", "😀‍😁"};
+        std::filesystem::create_directory(folder);
     }
 
     ImportPipeline pipeline() {
-        return {resources, fonts, log, [this](std::string_view phase) { phases.emplace_back(phase); }, {}};
+        return {resources, fonts, log, [this](std::string_view phase) { phases.emplace_back(phase); }};
     }
     std::filesystem::path storeFile() const { return folder / "Glyma.store"; }
-    StoreLifecycle lifecycle() { return {folder.path(), resources, settings, log}; }
+    std::vector<std::string> filesInFolder() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder))
+            names.push_back(entry.path().filename().string());
+        return names;
+    }
+    StoreLifecycle lifecycle() { return {folder, resources, settings, clock, log}; }
 
-    TemporaryFolder folder;
+    TemporaryFolder place;
+    /// A folder of its own, because an earlier layout had its store above.
+    std::filesystem::path folder = place / "Glyma";
     SmallResources files;
     ResourceLocator resources{files.path()};
     simulated::SimulatedFonts fonts;
     simulated::SimulatedSettings settings;
+    simulated::VirtualClock clock; ///< 2024-05-01, noon
     simulated::SimulatedLog lines;
     DebugConfig debug{settings};
     Log log{lines, debug};

@@ -1,3 +1,5 @@
+#include "catalogue/catalogue_files.h"
+#include "catalogue/user_data_files.h"
 #include "failing_disk.h"
 #include "import_fixture.h"
 
@@ -19,14 +21,10 @@ using testing::UnorderedElementsAre;
 const auto long_ago = std::filesystem::file_time_type(std::chrono::file_clock::from_sys(
     std::chrono::sys_days{std::chrono::year{2025} / 3 / 9} + 8h + 7min + 6s));
 
+constexpr auto backupName = "user-data-backup-2024-05-01T120000.json";
+
 class StoreLifecycleTest : public ImportTest {
 protected:
-    std::vector<std::string> filesInFolder() const {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
-            names.push_back(entry.path().filename().string());
-        return names;
-    }
     /// A store of an earlier start that has learned something.
     void startOnce() {
         auto store = *lifecycle().makeContainer();
@@ -64,16 +62,113 @@ TEST_F(StoreLifecycleTest, TheStoreStaysWhileTheReferenceDataDo) {
 
 TEST_F(StoreLifecycleTest, OtherReferenceDataMakeRoomAndKeepWhatWasLearned) {
     startOnce();
-    setTime();
+    const auto taught = need(need(Store::open(storeFile())).userData(clock.now()));
+    write(folder / "Glyma.search-image", "old");
+    write(folder / "Glyma.search-image.a1B2c3", "unfinished");
     files.replace("emoji-popularity.json", "[\"😀\"]");
+    lines.clear();
     EXPECT_EQ(need(lifecycle().makeContainer()->characterCount()), 0);
-    ASSERT_THAT(filesInFolder(),
-                UnorderedElementsAre("Glyma.store", "Glyma.store.replaced-2025-03-09T080706"));
-    EXPECT_EQ(
-        need(need(Store::open(folder / "Glyma.store.replaced-2025-03-09T080706")).termSelections()).size(),
-        1U);
+    EXPECT_THAT(filesInFolder(), UnorderedElementsAre("Glyma.store", backupName));
+    EXPECT_EQ(decodeUserDataBackup(bytesOf(folder / backupName)), taught);
+    EXPECT_THAT(lines.lines(),
+                ElementsAre("Glyma: data fingerprint changed — deleting store for reimport",
+                            "Glyma: exported user data backup — 0 used chars, 1 term selections, 0 blocks",
+                            "Glyma: store files deleted at " + (folder / "Glyma").string()));
+}
+
+TEST_F(StoreLifecycleTest, AnEmptyStoreTakesNoBackupsPlace) {
+    startOnce();
+    for (const auto* popularity : {"[1]", "[1,2]"}) {
+        files.replace("emoji-popularity.json", popularity);
+        clock.advance(5s);
+        ASSERT_TRUE(lifecycle().makeContainer());
+    }
+    EXPECT_THAT(filesInFolder(),
+                UnorderedElementsAre("Glyma.store", "user-data-backup-2024-05-01T120005.json"));
+}
+
+TEST_F(StoreLifecycleTest, WithoutABackupTheOldStoreStaysInUseUntilOneCanBeWritten) {
+    startOnce();
+    std::filesystem::create_directory(folder / backupName); // nothing can be moved to its place
+    files.replace("emoji-popularity.json", "[1]");
+    for (auto starts = 0; starts < 2; ++starts) {
+        lines.clear();
+        const auto store = lifecycle().makeContainer();
+        EXPECT_EQ(need(store->characterCount()), 1);
+        EXPECT_EQ(need(store->termSelections()).size(), 1U);
+        EXPECT_THAT(lines.lines(),
+                    Contains(testing::AllOf(testing::StartsWith("Glyma: ⚠️ user data export failed — "),
+                                            testing::EndsWith("; keeping previous backup (if any)"))));
+        EXPECT_THAT(lines.lines(), Contains(HasSubstr("the old catalogue stays in use")));
+    }
+    EXPECT_THAT(filesInFolder(), UnorderedElementsAre("Glyma.store", backupName))
+        << "nothing is left of the attempts";
+    clock.advance(1s);
     EXPECT_EQ(need(lifecycle().makeContainer()->characterCount()), 0);
-    EXPECT_EQ(filesInFolder().size(), 2U);
+    EXPECT_THAT(filesInFolder(), Contains("user-data-backup-2024-05-01T120001.json"));
+}
+
+TEST_F(StoreLifecycleTest, AStoreThatCannotBeReadIsKeptWhenTheDataChange) {
+    startOnce();
+    write(storeFile(), std::string(5000, 'x'));
+    setTime();
+    files.replace("emoji-popularity.json", "[1]");
+    EXPECT_EQ(need(lifecycle().makeContainer()->characterCount()), 0);
+    EXPECT_THAT(filesInFolder(),
+                UnorderedElementsAre("Glyma.store", "Glyma.store.damaged-2025-03-09T080706"));
+}
+
+TEST_F(StoreLifecycleTest, ABackupIsTheNewestAlsoWhenTheClockWasAhead) {
+    startOnce();
+    write(folder / "user-data-backup-2031-01-01T000000.json", "{}");
+    const auto ahead = std::filesystem::file_time_type::clock::now() + 24h * 2000;
+    std::filesystem::last_write_time(folder / "user-data-backup-2031-01-01T000000.json", ahead);
+    files.replace("emoji-popularity.json", "[1]");
+    ASSERT_TRUE(lifecycle().makeContainer());
+    EXPECT_EQ(newestUserDataBackup(folder), folder / backupName);
+}
+
+class LegacyStore : public StoreLifecycleTest {
+protected:
+    LegacyStore() {
+        startOnce();
+        std::filesystem::rename(storeFile(), place / "default.store");
+    }
+};
+
+TEST_F(LegacyStore, IsTakenOverWithTheCompanionsThatThereAre) {
+    std::filesystem::remove_all(folder);
+    // A write-ahead log with what was learned last, as a sudden end leaves it.
+    SQLite::Database writer(place / "default.store", SQLite::OPEN_READWRITE);
+    writer.exec("PRAGMA wal_autocheckpoint = 0");
+    writer.exec("UPDATE TermSelection SET count = 5");
+    for (const auto* suffix : {"", "-wal"})
+        std::filesystem::copy_file(place.path() / (std::string("default.store") + suffix),
+                                   place.path() / (std::string("copy") + suffix));
+    writer.exec("PRAGMA wal_checkpoint(TRUNCATE)");
+    for (const auto* suffix : {"", "-wal"})
+        std::filesystem::rename(place.path() / (std::string("copy") + suffix),
+                                place.path() / (std::string("default.store") + suffix));
+    std::filesystem::remove(place / "default.store-shm");
+
+    const auto store = lifecycle().makeContainer();
+    ASSERT_TRUE(store) << store.error();
+    EXPECT_EQ(need(store->termSelections()).at(0).count, 5);
+    EXPECT_FALSE(std::filesystem::exists(place / "default.store"));
+    EXPECT_FALSE(std::filesystem::exists(place / "default.store-wal"));
+    EXPECT_THAT(lines.lines(), Contains("Glyma: migrated store from " + (place / "default.store").string() +
+                                        " to " + storeFile().string()));
+}
+
+TEST_F(LegacyStore, IsLeftAloneWhereThereIsAStoreOrItIsNoneOfOurs) {
+    const auto legacy = place / "default.store";
+    { const auto present = need(Store::open(storeFile())); }
+    ASSERT_TRUE(lifecycle().makeContainer());
+    EXPECT_TRUE(std::filesystem::exists(legacy));
+    std::filesystem::remove(storeFile());
+    write(legacy, "SQLite format 3 of another program");
+    EXPECT_EQ(need(lifecycle().makeContainer()->characterCount()), 0);
+    EXPECT_TRUE(std::filesystem::exists(legacy));
 }
 
 /// Settings that look whether the old store is still in place when they are told the new fingerprint.
@@ -94,7 +189,7 @@ private:
 TEST_F(StoreLifecycleTest, TheFingerprintIsStoredOnceTheOldStoreIsGone) {
     startOnce();
     WatchingSettings watching(storeFile());
-    StoreLifecycle other(folder.path(), resources, watching, log);
+    StoreLifecycle other(folder, resources, watching, clock, log);
     ASSERT_TRUE(other.makeContainer());
     EXPECT_TRUE(watching.value("glymaDataFingerprint"));
     EXPECT_FALSE(watching.storeWasInPlace);
@@ -130,7 +225,7 @@ TEST_F(StoreLifecycleTest, DamageMetInUseIsMendedAtTheNextStart) {
 
 TEST_F(StoreLifecycleTest, APlaceThatCannotBeWrittenIsAnErrorWithARemedy) {
     write(folder / "file", "");
-    const auto store = StoreLifecycle(folder / "file/Glyma", resources, settings, log).makeContainer();
+    const auto store = StoreLifecycle(folder / "file/Glyma", resources, settings, clock, log).makeContainer();
     ASSERT_FALSE(store);
     EXPECT_THAT(store.error(), HasSubstr("unable to open database file"));
     EXPECT_THAT(store.error(), HasSubstr("Check that the folder can be written to"));
@@ -150,13 +245,22 @@ TEST_F(StoreLifecycleTest, AFullDiskSetsNoGoodStoreAside) {
     EXPECT_EQ(filesInFolder().size(), 1U);
 }
 
-TEST_F(StoreLifecycleTest, DeletingTakesTheCompanionsAlong) {
+TEST_F(StoreLifecycleTest, EverythingGoesAndNothingElse) {
     startOnce();
-    for (const auto* name : {"Glyma.store-wal", "Glyma.store-shm", "Glyma.store-damage", "other"})
+    for (const auto* name :
+         {"Glyma.store-wal", "Glyma.store-shm", "Glyma.store-damage", "Glyma.store.damaged-2025-03-09T080706",
+          "Glyma.store.damaged-2025-03-09T080706-wal", "Glyma.search-image", "Glyma.search-image.a1B2c3",
+          "user-data-backup-2024-05-01T120000.json", "user-data-backup.json",
+          "user-data-backup-2024-05-01T120000.json.a1B2c3"})
         write(folder / name, "");
-    lifecycle().deleteStoreFiles();
-    EXPECT_THAT(filesInFolder(), ElementsAre("other"));
-    lifecycle().deleteStoreFiles();
+    const std::vector<std::string> others{"Glyma.lock", "Glyma.storefront", "settings.json",
+                                          "user-data-backup.txt", "my-user-data-backup.json"};
+    for (const auto& name : others)
+        write(folder / name, "");
+    EXPECT_EQ(catalogueFiles(folder).size(), 11U);
+    EXPECT_THAT(deleteCatalogue(folder), IsEmpty());
+    EXPECT_THAT(filesInFolder(), testing::UnorderedElementsAreArray(others));
+    EXPECT_THAT(deleteCatalogue(folder / "absent"), IsEmpty());
 }
 
 } // namespace
