@@ -43,7 +43,7 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     void fillPicker(Showing showing);
     void setTyped(const TypedText& typed);
     void setQuery(const TypedText& typed);
-    void chooseOrDismiss();
+    void chooseOrDismiss(std::shared_ptr<TypingHold> hold);
     void dismissPanel();
     void close(Showing showing);
     void didSelect(const PickerItem& item);
@@ -59,6 +59,7 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     Showing cancelled = 0; ///< this one and those before it are not to be shown any more
     std::string queryBuffer;
     std::ptrdiff_t keystrokeCount = 0;
+    std::shared_ptr<TypingHold> choiceHold; ///< of the key that is choosing now
     Subscription activation;
     Subscription preferencesChanged;
     Subscription flagsChanged;
@@ -115,7 +116,7 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
     case Effect::moveUp:
         return postFor(showing, [](Implementation& self) { self.picker.moveSelection(-1); });
     case Effect::choose:
-        return postFor(showing, [](Implementation& self) { self.chooseOrDismiss(); });
+        return postFor(showing, [hold = heard.hold](Implementation& self) { self.chooseOrDismiss(hold); });
     case Effect::dismissPanel:
         return postFor(showing, [](Implementation& self) { self.dismissPanel(); });
     case Effect::showCharacterInfo:
@@ -212,10 +213,12 @@ void KeyboardMonitor::Implementation::setQuery(const TypedText& typed) {
 
 /// Decided here and not on the tap thread: the list that the main thread had not searched when Return came is
 /// there now. A highlight outside the list chooses nothing, and the picker must not stay behind.
-void KeyboardMonitor::Implementation::chooseOrDismiss() {
+void KeyboardMonitor::Implementation::chooseOrDismiss(std::shared_ptr<TypingHold> hold) {
     const auto showing = shown;
+    choiceHold = std::move(hold);
     if (picker.itemCount() > 0)
         picker.confirmSelection();
+    choiceHold.reset();
     if (shown == showing)
         dismissPanel();
 }
@@ -250,8 +253,9 @@ void KeyboardMonitor::Implementation::didSelect(const PickerItem& item) {
             log.redact(query), unicode::graphemeCount(query), keystrokeCount, isKeystrokeMode,
             deletion.count);
     const bool isAltHeld = picker.isAltHeld();
+    auto hold = choiceHold ? std::move(choiceHold) : tap.holdTyping(); // a click holds nothing yet
     close(shown);
-    text.insert(textFor(item, query, isAltHeld), deletion.count, deletion.expected);
+    text.insert(textFor(item, query, isAltHeld), deletion.count, deletion.expected, std::move(hold));
 }
 
 /// Also records the choice, which counts even if the insertion fails.
