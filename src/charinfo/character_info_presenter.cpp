@@ -36,7 +36,10 @@ void CharacterInfoPresenter::show(std::vector<CharacterInfo> infos) {
     services_.window.show(shown_,
                           characterInfoFrame(services_.screens.pointerLocation(), shown_.size(), screens));
     if (!clicks_)
-        clicks_ = services_.observeClicksElsewhere([this] { closeCharacterInfo(); });
+        clicks_ = services_.mouse.observe([this](MouseEvent event) {
+            if (event == MouseEvent::leftDown || event == MouseEvent::otherDown)
+                closeCharacterInfo();
+        });
     services_.flags.isCharacterInfoShowing = true;
 }
 
