@@ -29,9 +29,12 @@ struct ImportCommand {
 struct DoctorCommand {
     bool json = false;
 };
+struct PreferencesCommand {
+    std::string tab; ///< empty: the one shown last
+};
 struct QuitCommand {};
-using Command =
-    std::variant<RunCommand, SearchCommand, InfoCommand, ImportCommand, DoctorCommand, QuitCommand>;
+using Command = std::variant<RunCommand, SearchCommand, InfoCommand, ImportCommand, DoctorCommand,
+                             PreferencesCommand, QuitCommand>;
 
 /// Exit status of the program.
 namespace status {

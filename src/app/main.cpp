@@ -18,6 +18,11 @@ struct Runner {
     LogSink& logSink;
 
     int operator()(const RunCommand&) const { return callDesktopFor(glymaDesktopRun); }
+    int operator()(const PreferencesCommand& command) const {
+        auto preferences = request(glymaDesktopPreferences);
+        preferences.tab = command.tab.c_str();
+        return callDesktopWith(preferences);
+    }
     int operator()(const QuitCommand&) const { return callDesktopFor(glymaDesktopQuit); }
     int operator()(const SearchCommand& command) const {
         Foundation foundation(logSink);
@@ -30,7 +35,7 @@ struct Runner {
         if (command.panel) {
             auto show = request(glymaDesktopShowInfo);
             show.text = text->c_str();
-            return call(show);
+            return callDesktopWith(show);
         }
         Foundation foundation(logSink);
         return runInfo(command, *text, foundation);
@@ -53,18 +58,19 @@ private:
                 .task = task,
                 .argc = argc,
                 .argv = argv,
+                .tab = "",
                 .report = nullptr,
                 .context = nullptr,
                 .receive = nullptr,
                 .text = nullptr};
     }
 
-    static int call(const GlymaDesktopRequest& request) {
+    int callDesktopFor(GlymaDesktopTask task) const { return callDesktopWith(request(task)); }
+
+    static int callDesktopWith(const GlymaDesktopRequest& request) {
         const auto result = callDesktop(request);
         return result ? *result : fail(result.error());
     }
-
-    int callDesktopFor(GlymaDesktopTask task) const { return call(request(task)); }
 
     std::expected<std::string, int> selectedText() const {
         std::string text;
@@ -73,7 +79,7 @@ private:
         read.receive = [](void* context, const char* selected, std::size_t size) {
             static_cast<std::string*>(context)->assign(selected, size);
         };
-        if (const int result = call(read); result != status::done)
+        if (const int result = callDesktopWith(read); result != status::done)
             return std::unexpected(result);
         if (text.empty())
             return std::unexpected(fail("No text was selected."));
