@@ -61,6 +61,10 @@ public:
     /// Host of the page that the cached element belongs to, without "www."; empty when the page has none;
     /// absent when the element is not inside web content.
     std::optional<std::string> pageHost() const;
+    /// What stands before the caret, from anywhere up to the caret; absent when nobody can tell.
+    std::optional<std::string> textBeforeCursor() const;
+    /// Number of the poll under way, for the log.
+    void setPollTickCount(int count) { pollTickCount_ = count; }
 
     // Insertion
     /// Replaces the `deleteCharsBefore` characters before the caret by the text, 0.05 s from now.
@@ -101,6 +105,7 @@ private:
     mutable std::mutex mutex_;
     pid_t sourceAppPID_ = 0;
     ElementReference cachedSourceElement_;
+    int pollTickCount_ = 0;
     ClipboardLoan clipboardLoan_;
     std::optional<ClipboardLoan> primaryLoan_;
     DelayedJobs jobs_;
