@@ -180,7 +180,7 @@ SimulatedAccessibility::attributeValue(const ElementReference& reference, std::s
         if (name == attribute::role)
             return "AXWindow";
         if (name == attribute::position)
-            return Point{50, 50};
+            return (*asked)->windowOrigin();
         return name == attribute::parent ? Result<AttributeValue>(noValue) : unsupported;
     case Kind::webArea:
         if (name == attribute::role)

@@ -1,0 +1,97 @@
+#include "monitor/polled_query.h"
+
+#include <utility>
+
+namespace glyma {
+
+namespace {
+
+/// How long a target may take to apply a key before its text is believed against the keys: 0.1 s.
+constexpr int ticksForKeysToArrive = 5;
+
+} // namespace
+
+PolledQuery::PolledQuery(std::string trigger, TypedText typed)
+    : trigger_(std::move(trigger))
+    , query_(typed.query())
+    , typed_(std::move(typed)) {}
+
+void PolledQuery::type(std::string_view text) {
+    typed_.type(text, false);
+    followKeys();
+}
+
+void PolledQuery::deleteLast() {
+    typed_.deleteLast();
+    followKeys();
+}
+
+void PolledQuery::followKeys() {
+    isBehind_ = true;
+    if (auto expected = readingAsTyped(); expected.holdsQuery() && !isDisturbed_)
+        query_ = std::move(expected.query);
+}
+
+void PolledQuery::disturb() {
+    isDisturbed_ = wasDisturbed_ = true;
+}
+
+void PolledQuery::settle() {
+    isDisturbed_ = false;
+}
+
+QueryReading PolledQuery::readingAsTyped() const {
+    return queryIn(trigger_ + typed_.query(), trigger_);
+}
+
+bool PolledQuery::accountsForKeys(const QueryReading& reading) const {
+    return reading.outcome == QueryReading::Outcome::query && reading == readingAsTyped();
+}
+
+bool PolledQuery::mayBeLate(const QueryReading& reading) const {
+    return reading.outcome == QueryReading::Outcome::query && !isDisturbed_ && !accountsForKeys(reading) &&
+           readingAsTyped().query.starts_with(reading.query);
+}
+
+bool PolledQuery::isFromBeforeTheKeys(const QueryReading& reading) const {
+    return isBehind_ && (!reading.holdsQuery() || mayBeLate(reading) || reading.query == accounted_);
+}
+
+PolledQuery::Finding PolledQuery::take(const QueryReading& reading, int tick) {
+    if (reading.outcome == QueryReading::Outcome::unavailable)
+        return Finding::nothing;
+    wasRead_ = wasRead_ || reading.holdsQuery();
+    if (accountsForKeys(reading)) {
+        isBehind_ = false;
+        accounted_ = reading.query;
+    } else if (tick <= ticksForKeysToArrive && isFromBeforeTheKeys(reading)) {
+        return Finding::nothing;
+    }
+    if (reading.holdsQuery()) {
+        if (!accountsForKeys(reading))
+            typed_ = TypedText(reading.query);
+        return std::exchange(query_, reading.query) == reading.query ? Finding::same : Finding::changed;
+    }
+    // Some applications have an element with a caret for each key they draw elsewhere: always empty.
+    if (reading.isTextEmpty && !wasRead_ && !wasDisturbed_)
+        return Finding::mistrusted;
+    return reading.outcome == QueryReading::Outcome::query ? Finding::emptied : Finding::lost;
+}
+
+std::optional<Deletion> PolledQuery::deletion(const QueryReading& reading) const {
+    const auto of = [this](const std::string& query) { return deletionOf(trigger_, query, 0, false); };
+    switch (reading.outcome) {
+    case QueryReading::Outcome::noQuery:
+        break;
+    case QueryReading::Outcome::query:
+        // The trigger typed twice: the second one is the query until something follows it.
+        return of(accountsForKeys(reading) && reading.query.empty() ? typed_.query() : reading.query);
+    case QueryReading::Outcome::unavailable:
+        if (!isDisturbed_)
+            return of(readingAsTyped().query);
+        break;
+    }
+    return std::nullopt;
+}
+
+} // namespace glyma
