@@ -1,5 +1,6 @@
 #include "monitor/polled_query.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace glyma {
@@ -17,11 +18,13 @@ PolledQuery::PolledQuery(std::string trigger, TypedText typed)
     , typed_(std::move(typed)) {}
 
 void PolledQuery::type(std::string_view text) {
+    earlier_.push_back(readingAsTyped().query);
     typed_.type(text, false);
     followKeys();
 }
 
 void PolledQuery::deleteLast() {
+    earlier_.push_back(readingAsTyped().query);
     typed_.deleteLast();
     followKeys();
 }
@@ -48,13 +51,23 @@ bool PolledQuery::accountsForKeys(const QueryReading& reading) const {
     return reading.outcome == QueryReading::Outcome::query && reading == readingAsTyped();
 }
 
+bool PolledQuery::isEarlier(const QueryReading& reading) const {
+    return std::ranges::find(earlier_, reading.query) != earlier_.end();
+}
+
 bool PolledQuery::mayBeLate(const QueryReading& reading) const {
     return reading.outcome == QueryReading::Outcome::query && !isDisturbed_ && !accountsForKeys(reading) &&
-           readingAsTyped().query.starts_with(reading.query);
+           isEarlier(reading);
 }
 
 bool PolledQuery::isFromBeforeTheKeys(const QueryReading& reading) const {
-    return isBehind_ && (!reading.holdsQuery() || mayBeLate(reading) || reading.query == accounted_);
+    return isBehind_ && (!reading.holdsQuery() || isEarlier(reading));
+}
+
+void PolledQuery::restartFrom(const std::string& query) {
+    typed_ = TypedText(query);
+    isBehind_ = false;
+    earlier_.clear();
 }
 
 PolledQuery::Finding PolledQuery::take(const QueryReading& reading, int tick) {
@@ -63,13 +76,13 @@ PolledQuery::Finding PolledQuery::take(const QueryReading& reading, int tick) {
     wasRead_ = wasRead_ || reading.holdsQuery();
     if (accountsForKeys(reading)) {
         isBehind_ = false;
-        accounted_ = reading.query;
+        earlier_.clear();
     } else if (tick <= ticksForKeysToArrive && isFromBeforeTheKeys(reading)) {
         return Finding::nothing;
     }
     if (reading.holdsQuery()) {
         if (!accountsForKeys(reading))
-            typed_ = TypedText(reading.query);
+            restartFrom(reading.query);
         return std::exchange(query_, reading.query) == reading.query ? Finding::same : Finding::changed;
     }
     // Some applications have an element with a caret for each key they draw elsewhere: always empty.

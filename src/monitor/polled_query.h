@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace glyma {
 
@@ -55,17 +56,19 @@ public:
 private:
     QueryReading readingAsTyped() const;
     void followKeys();
+    void restartFrom(const std::string& query);
+    bool isEarlier(const QueryReading& reading) const;
     bool isFromBeforeTheKeys(const QueryReading& reading) const;
 
     std::string trigger_;
     std::string query_;
     /// The text as it was read and the keys since.
     TypedText typed_;
-    std::string accounted_;     ///< the latest reading that accounted for the keys
-    bool isBehind_ = true;      ///< no reading has accounted for the keys yet
-    bool isDisturbed_ = false;  ///< since the text was at rest
-    bool wasDisturbed_ = false; ///< ever
-    bool wasRead_ = false;      ///< a query was found in the text
+    std::vector<std::string> earlier_; ///< what the text showed before each key not accounted for
+    bool isBehind_ = true;             ///< no reading has accounted for the keys yet
+    bool isDisturbed_ = false;         ///< since the text was at rest
+    bool wasDisturbed_ = false;        ///< ever
+    bool wasRead_ = false;             ///< a query was found in the text
 };
 
 } // namespace glyma
