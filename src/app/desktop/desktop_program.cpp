@@ -82,6 +82,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                     scheduler_.post(
                         [this] { inputMonitoring_.setObstacle("the connection to the X server was lost"); });
                 }})
+    , mouse_(scheduler_)
     , keys_(tap_.link())
     , text_({.scheduler = scheduler_,
              .accessibility = accessibility_,
@@ -104,7 +105,10 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                },
                .recacheSourceFromApp = [this] { text_.recacheSourceFromApp(); }})
     , monitor_({.tap = tap_,
+                .mouse = mouse_,
                 .scheduler = scheduler_,
+                .tasks = tasks_,
+                .accessibility = accessibility_,
                 .frontApplications = frontApplications_,
                 .screens = screens_,
                 .text = text_,

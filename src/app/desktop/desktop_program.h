@@ -19,6 +19,7 @@
 #include "platform/linux/x11/input_monitoring.h"
 #include "platform/linux/x11/key_injector.h"
 #include "platform/linux/x11/keyboard_tap.h"
+#include "platform/linux/x11/mouse_monitor.h"
 #include "platform/linux/xdg/proc_processes.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_scheduler.h"
@@ -77,6 +78,7 @@ private:
     dbus::AccessibilityBus accessibilityBus_;
     Permissions permissions_;
     x11::KeyboardTap tap_;
+    x11::MouseMonitor mouse_;
     x11::KeyInjector keys_;
     TextInserter text_;
 
