@@ -22,6 +22,10 @@ void CharacterInfoPresenter::showCharacterInfoForSelection() {
     show(std::move(infos));
 }
 
+void CharacterInfoPresenter::showCharacterInfoForLastSelection() {
+    showCharacterInfo(services_.lastSelection.anywhere().value_or(std::string()));
+}
+
 std::string CharacterInfoPresenter::selectedText() const {
     if (auto text = services_.text.selectedText())
         return *std::move(text);

@@ -35,6 +35,8 @@ public:
     /// The same for what is selected in the application in front. Asked again for what is shown already, it
     /// gives the window the keyboard, so that it can be used without a mouse.
     void showCharacterInfoForSelection();
+    /// The same for what was selected last, in any application.
+    void showCharacterInfoForLastSelection();
     void closeCharacterInfo();
 
 private:

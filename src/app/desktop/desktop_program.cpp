@@ -1,5 +1,6 @@
 #include "app/desktop/desktop_program.h"
 
+#include "app/catalogue_commands.h"
 #include "app/permission_diagnosis.h"
 #include "app/terminal.h"
 #include "platform/linux/dbus/notification.h"
@@ -104,6 +105,17 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                    return isEmoji ? catalogue_.randomEmojiPool() : catalogue_.randomUnicodeDisplayPool();
                },
                .recacheSourceFromApp = [this] { text_.recacheSourceFromApp(); }})
+    , characterInfos_(storeFile(foundation), foundation.resources)
+    , characterInfoPanel_(appearance_, compositor_, fontChoice(fontFamilies_),
+                          [this] { characterInfo_.closeCharacterInfo(); })
+    , characterInfo_({.infos = characterInfos_,
+                      .text = text_,
+                      .lastSelection = lastSelection_,
+                      .screens = screens_,
+                      .bell = bell_,
+                      .flags = flags_,
+                      .window = characterInfoPanel_,
+                      .mouse = mouse_})
     , monitor_({.tap = tap_,
                 .mouse = mouse_,
                 .scheduler = scheduler_,
@@ -119,8 +131,8 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                 .flags = flags_,
                 .log = foundation.log,
                 .ownIdentifier = ownIdentifier(foundation.applications),
-                .showCharacterInfoForSelection = [] {},
-                .closeCharacterInfo = [] {}})
+                .showCharacterInfoForSelection = [this] { characterInfo_.showCharacterInfoForSelection(); },
+                .closeCharacterInfo = [this] { characterInfo_.closeCharacterInfo(); }})
     , delegate_(delegateServices(std::move(onQuit)))
     , tray_(scheduler_,
             {.openPreferences = [this](const std::string& tab) { delegate_.openPreferences(tab); },

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "app/app_delegate.h"
+#include "app/desktop/primary_selection.h"
 #include "app/desktop/tray_icon.h"
 #include "app/foundation.h"
 #include "catalogue/unicode_data_manager.h"
+#include "charinfo/character_info_presenter.h"
+#include "charinfo/qt/character_info_panel.h"
 #include "monitor/keyboard_monitor.h"
 #include "monitor/shared_flags.h"
 #include "permissions/permissions.h"
@@ -45,6 +48,7 @@ public:
     void start();
     /// \param tab  the page; empty: the one shown last.
     void showPreferences(const std::string& tab);
+    CharacterInfoPresenter& characterInfo() { return characterInfo_; }
     /// What `glyma doctor` is to say of the permissions, as JSON.
     std::string diagnosis() const;
     /// The user wants the data gone once the program has ended.
@@ -85,6 +89,12 @@ private:
     EmojiPickerViewModel picker_;
     qt::EmojiPickerPanel window_;
     SharedFlags flags_;
+    CharacterInfos characterInfos_;
+    PrimarySelection lastSelection_;
+    qt::Appearance appearance_;
+    qt::CompositorWatch compositor_;
+    qt::CharacterInfoPanel characterInfoPanel_;
+    CharacterInfoPresenter characterInfo_;
     KeyboardMonitor monitor_;
     AppDelegate delegate_;
     TrayIcon tray_;

@@ -12,6 +12,7 @@ public:
     std::optional<std::string> inFrontApplication() override {
         return owner_.isInFront() ? reader_.readText() : std::nullopt;
     }
+    std::optional<std::string> anywhere() override { return reader_.readText(); }
 
 private:
     x11::SelectionOwner owner_{"PRIMARY"};
