@@ -6,6 +6,7 @@
 #include "monitor/selection_dispatch.h"
 #include "monitor/target_reader.h"
 #include "monitor/target_window.h"
+#include "monitor/website_exclusion.h"
 #include "text/delayed_jobs.h"
 #include "unicode/text.h"
 
@@ -44,7 +45,7 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     Verdict hear(const KeyEvent& event);
     void hearModifiers(const KeyEvent& event);
     void perform(const Heard& heard, const KeyEvent& event);
-    void rememberSource();
+    void rememberSource(TriggerNumber trigger);
     void logFirstCharacter(const KeyEvent& event, bool isVisible);
 
     // Any thread
@@ -52,6 +53,7 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     void postFor(Showing showing, std::function<void(Implementation&)> action);
 
     // Main thread
+    void permit(TriggerNumber trigger, const FrontApplication& front);
     void showPanel(Showing showing, const TypedText& typed);
     void fillPicker(Showing showing);
     void setTyped(const TypedText& typed);
@@ -78,8 +80,9 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
 
     // Main thread
     bool isStarted = false;
-    Showing shown = 0;     ///< 0: none
-    Showing cancelled = 0; ///< this one and those before it are not to be shown any more
+    Showing shown = 0;             ///< 0: none
+    Showing cancelled = 0;         ///< this one and those before it are not to be shown any more
+    bool isTriggerRefused = false; ///< the last one typed may not open the picker
     std::string queryBuffer;
     std::ptrdiff_t keystrokeCount = 0;
     /// While the query is followed in the target's text.
@@ -130,7 +133,7 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
     case Effect::clearPending:
         return event.flags & modifier::option ? void() : logFirstCharacter(event, false);
     case Effect::rememberSource:
-        return rememberSource();
+        return rememberSource(heard.trigger);
     case Effect::showPanel:
         logFirstCharacter(event, true);
         return post([showing, typed = heard.typed](Implementation& self) { self.showPanel(showing, typed); });
@@ -163,10 +166,11 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
 /// On the main thread: an application that was never asked before can take tenths of a second to tell its
 /// focused element, and keys heard meanwhile would reach it before the keys they open the picker for are
 /// claimed.
-void KeyboardMonitor::Implementation::rememberSource() {
-    post([process = state.frontProcess()](Implementation& self) {
-        self.text.setSourceAppPID(process);
+void KeyboardMonitor::Implementation::rememberSource(TriggerNumber trigger) {
+    post([trigger, front = state.front()](Implementation& self) {
+        self.text.setSourceAppPID(front.process);
         self.text.cacheSourceFocusedElement();
+        self.permit(trigger, front);
     });
 }
 
@@ -197,8 +201,24 @@ void KeyboardMonitor::Implementation::postFor(Showing showing, std::function<voi
 
 // Main thread
 
+/// Keys heard meanwhile may already have opened the picker for this trigger: that showing is behind us in the
+/// queue, so that a picker which may not open is never seen.
+void KeyboardMonitor::Implementation::permit(TriggerNumber trigger, const FrontApplication& front) {
+    const auto current = frontApplications.current();
+    const bool hasLeft = current.process != 0 && front.process != 0 && current.process != front.process &&
+                         current.identifier != ownIdentifier;
+    isTriggerRefused = hasLeft || isExcludedWebsite(front.identifier, text, preferences);
+    if (!isTriggerRefused)
+        return state.allow(trigger);
+    log.debug("Glyma: [tap] trigger ignored: {}",
+              hasLeft ? "the user has left the application" : "not in a page, or in one of an excluded site");
+    const auto taken = state.refuse(trigger);
+    if (!hasLeft && !taken.empty())
+        text.giveBack(taken);
+}
+
 void KeyboardMonitor::Implementation::showPanel(Showing showing, const TypedText& typed) {
-    if (showing <= cancelled)
+    if (showing <= cancelled || isTriggerRefused)
         return;
     shown = showing;
     setTyped(typed);

@@ -17,6 +17,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -67,6 +68,8 @@ public:
     /// Host of the page that the cached element belongs to, without "www."; empty when the page has none;
     /// absent when the element is not inside web content.
     std::optional<std::string> pageHost() const;
+    /// Whether the window in front shows a web page that can be read.
+    bool showsReadablePage() const;
     /// What stands before the caret, from anywhere up to the caret; absent when nobody can tell.
     std::optional<std::string> textBeforeCursor() const;
     /// Number of the poll under way, for the log.
@@ -80,6 +83,8 @@ public:
                 const std::optional<std::string>& expected, Otherwise otherwise = Otherwise::keys);
     /// Says that an insertion is not made, and why.
     void leaveUntouched(std::string_view why);
+    /// Presses keys in the application that has the focus, for keys that were taken from it without need.
+    void giveBack(std::span<const KeyChord> keys);
 
 private:
     Accessibility::Result<ElementReference> elementAttribute(const ElementReference& element,

@@ -156,4 +156,8 @@ void TextInserter::paste(const std::string& text, const KeyChord& chord) {
     services_.keys.inject({&chord, 1});
 }
 
+void TextInserter::giveBack(std::span<const KeyChord> keys) {
+    services_.keys.inject(keys);
+}
+
 } // namespace glyma
