@@ -67,11 +67,12 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     void hearMouse(MouseEvent event);
     void recheckAfterClick();
     void judgeClick(const QueryReading& reading, std::uint64_t keysHeard);
-    void chooseOrDismiss();
+    void chooseOrDismiss(std::shared_ptr<TypingHold> hold);
     void dismissPanel();
     void close(Showing showing);
     void didSelect(const PickerItem& item);
-    void insertWhenRead(const std::string& inserted, const PolledQuery& chosen);
+    void insertWhenRead(const std::string& inserted, const PolledQuery& chosen,
+                        std::shared_ptr<TypingHold> hold);
     std::string textFor(const PickerItem& item, const std::string& query, bool isAltHeld);
     void appSwitch(const FrontApplication& application);
     void readSettings();
@@ -92,6 +93,7 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     DelayedJobs delayed;
     std::vector<std::unique_ptr<ChoiceReading>> choices;
     Subscription globalMouseMonitor;
+    std::shared_ptr<TypingHold> choiceHold; ///< of the key that is choosing now
     Subscription activation;
     Subscription preferencesChanged;
     Subscription flagsChanged;
@@ -153,7 +155,7 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
     case Effect::moveUp:
         return postFor(showing, [](Implementation& self) { self.picker.moveSelection(-1); });
     case Effect::choose:
-        return postFor(showing, [](Implementation& self) { self.chooseOrDismiss(); });
+        return postFor(showing, [hold = heard.hold](Implementation& self) { self.chooseOrDismiss(hold); });
     case Effect::dismissPanel:
         return postFor(showing, [](Implementation& self) { self.dismissPanel(); });
     case Effect::showCharacterInfo:
@@ -371,10 +373,12 @@ void KeyboardMonitor::Implementation::judgeClick(const QueryReading& reading, st
 
 /// Decided here and not on the tap thread: the list that the main thread had not searched when Return came is
 /// there now. A highlight outside the list chooses nothing, and the picker must not stay behind.
-void KeyboardMonitor::Implementation::chooseOrDismiss() {
+void KeyboardMonitor::Implementation::chooseOrDismiss(std::shared_ptr<TypingHold> hold) {
     const auto showing = shown;
+    choiceHold = std::move(hold);
     if (picker.itemCount() > 0)
         picker.confirmSelection();
+    choiceHold.reset();
     if (shown == showing)
         dismissPanel();
 }
@@ -413,28 +417,31 @@ void KeyboardMonitor::Implementation::didSelect(const PickerItem& item) {
             deletion.count);
     const bool isAltHeld = picker.isAltHeld();
     const auto polled = queryPoll ? std::optional(queryPoll->query()) : std::nullopt;
+    auto hold = choiceHold ? std::move(choiceHold) : tap.holdTyping(); // a click holds nothing yet
     close(shown);
     const auto inserted = textFor(item, query, isAltHeld);
     if (polled)
-        insertWhenRead(inserted, *polled);
+        insertWhenRead(inserted, *polled, std::move(hold));
     else
-        text.insert(inserted, deletion.count, deletion.expected);
+        text.insert(inserted, deletion.count, deletion.expected, std::move(hold));
 }
 
 /// What is inserted stays the entry that was highlighted; what is deleted is what the text holds by then.
-void KeyboardMonitor::Implementation::insertWhenRead(const std::string& inserted, const PolledQuery& chosen) {
+void KeyboardMonitor::Implementation::insertWhenRead(const std::string& inserted, const PolledQuery& chosen,
+                                                     std::shared_ptr<TypingHold> hold) {
     std::erase_if(choices, [](const auto& choice) { return choice->isDone(); });
-    const auto then = [this, inserted,
-                       target = frontApplications.current()](const std::optional<Deletion>& deletion) {
+    auto then = [this, inserted, hold = std::move(hold),
+                 target = frontApplications.current()](const std::optional<Deletion>& deletion) {
         if (!deletion)
             text.leaveUntouched("what has been typed is not certain");
         else if (frontApplications.current() != target)
             text.leaveUntouched("another application has come to the front");
         else
-            text.insert(inserted, deletion->count, deletion->expected, TextInserter::Otherwise::nothing);
+            text.insert(inserted, deletion->count, deletion->expected, hold,
+                        TextInserter::Otherwise::nothing);
     };
     choices.push_back(std::make_unique<ChoiceReading>(scheduler, reader, text, preferences.triggerCharacter(),
-                                                      chosen, then));
+                                                      chosen, std::move(then)));
 }
 
 /// Also records the choice, which counts even if the insertion fails.

@@ -35,6 +35,8 @@ Heard MonitorState::hear(const KeyEvent& event) {
     auto heard = hearOwnShortcuts(event).value_or(Heard{});
     if (heard.effect == Effect::none)
         heard = step(event);
+    if (heard.effect == Effect::choose)
+        heard.hold = tap_.holdTyping(); // before the claims are given up: no key may come in between
     if (event.isAutorepeat && consumedKey_ == event.keyCode)
         heard.verdict = Verdict::consume;
     consumedKey_ = heard.verdict == Verdict::consume ? std::optional(event.keyCode) : std::nullopt;
@@ -45,9 +47,9 @@ std::optional<Heard> MonitorState::hearOwnShortcuts(const KeyEvent& event) {
     const KeyClaims shortcut{false, false, settings_.shortcut};
     const KeyClaims escape{false, settings_.isCharacterInfoShowing, std::nullopt};
     if (!event.isAutorepeat && isClaimed(shortcut, event.keyCode, event.flags))
-        return Heard{Verdict::consume, Effect::showCharacterInfo, 0, {}, 0};
+        return Heard{Verdict::consume, Effect::showCharacterInfo, 0, {}, 0, nullptr};
     if (isClaimed(escape, event.keyCode, event.flags))
-        return Heard{Verdict::consume, Effect::closeCharacterInfo, 0, {}, 0};
+        return Heard{Verdict::consume, Effect::closeCharacterInfo, 0, {}, 0, nullptr};
     return std::nullopt;
 }
 
@@ -73,7 +75,7 @@ Heard MonitorState::step(const KeyEvent& event) {
     if (taken.verdict == Verdict::consume)
         permission_.take({event.keyCode, event.flags});
     setTrigger(taken.next);
-    return {taken.verdict, taken.effect, showing_, typed_, permission_.asked()};
+    return {taken.verdict, taken.effect, showing_, typed_, permission_.asked(), nullptr};
 }
 
 /// Our own windows, but for the field that is there to try the picker in; applications that the user

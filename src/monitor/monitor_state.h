@@ -7,6 +7,7 @@
 #include "platform/keyboard_tap.h"
 
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -34,6 +35,8 @@ struct Heard {
     Showing showing = 0;       ///< the picker that the effect is meant for
     TypedText typed;           ///< after the key, as far as keys tell
     TriggerNumber trigger = 0; ///< the last one typed
+    /// What follows a choice waits until the text has been inserted.
+    std::shared_ptr<TypingHold> hold;
 };
 
 /// The values that the tap thread and the main thread share, behind one lock. Each operation is one short
