@@ -35,7 +35,7 @@ void ChoiceReading::read() {
 
 void ChoiceReading::take(const QueryReading& reading) {
     last_ = reading;
-    if (query_.accountsForKeys(reading))
+    if (query_.certainlyAccountsForKeys(reading))
         finish();
     else
         nextReading_ = scheduler_.after(betweenReadings, [this] { read(); });

@@ -6,6 +6,7 @@
 #include "monitor/selection_dispatch.h"
 #include "monitor/target_reader.h"
 #include "monitor/target_window.h"
+#include "monitor/website_exclusion.h"
 #include "text/delayed_jobs.h"
 #include "unicode/text.h"
 
@@ -44,7 +45,7 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     Verdict hear(const KeyEvent& event);
     void hearModifiers(const KeyEvent& event);
     void perform(const Heard& heard, const KeyEvent& event);
-    void rememberSource();
+    void rememberSource(TriggerNumber trigger);
     void logFirstCharacter(const KeyEvent& event, bool isVisible);
 
     // Any thread
@@ -52,6 +53,7 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     void postFor(Showing showing, std::function<void(Implementation&)> action);
 
     // Main thread
+    void permit(TriggerNumber trigger, const FrontApplication& front);
     void showPanel(Showing showing, const TypedText& typed);
     void fillPicker(Showing showing);
     void setTyped(const TypedText& typed);
@@ -65,11 +67,12 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     void hearMouse(MouseEvent event);
     void recheckAfterClick();
     void judgeClick(const QueryReading& reading, std::uint64_t keysHeard);
-    void chooseOrDismiss();
+    void chooseOrDismiss(std::shared_ptr<TypingHold> hold);
     void dismissPanel();
     void close(Showing showing);
     void didSelect(const PickerItem& item);
-    void insertWhenRead(const std::string& inserted, const PolledQuery& chosen);
+    void insertWhenRead(const std::string& inserted, const PolledQuery& chosen,
+                        std::shared_ptr<TypingHold> hold);
     std::string textFor(const PickerItem& item, const std::string& query, bool isAltHeld);
     void appSwitch(const FrontApplication& application);
     void readSettings();
@@ -78,8 +81,9 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
 
     // Main thread
     bool isStarted = false;
-    Showing shown = 0;     ///< 0: none
-    Showing cancelled = 0; ///< this one and those before it are not to be shown any more
+    Showing shown = 0;             ///< 0: none
+    Showing cancelled = 0;         ///< this one and those before it are not to be shown any more
+    bool isTriggerRefused = false; ///< the last one typed may not open the picker
     std::string queryBuffer;
     std::ptrdiff_t keystrokeCount = 0;
     /// While the query is followed in the target's text.
@@ -89,6 +93,7 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     DelayedJobs delayed;
     std::vector<std::unique_ptr<ChoiceReading>> choices;
     Subscription globalMouseMonitor;
+    std::shared_ptr<TypingHold> choiceHold; ///< of the key that is choosing now
     Subscription activation;
     Subscription preferencesChanged;
     Subscription flagsChanged;
@@ -130,7 +135,7 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
     case Effect::clearPending:
         return event.flags & modifier::option ? void() : logFirstCharacter(event, false);
     case Effect::rememberSource:
-        return rememberSource();
+        return rememberSource(heard.trigger);
     case Effect::showPanel:
         logFirstCharacter(event, true);
         return post([showing, typed = heard.typed](Implementation& self) { self.showPanel(showing, typed); });
@@ -150,7 +155,7 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
     case Effect::moveUp:
         return postFor(showing, [](Implementation& self) { self.picker.moveSelection(-1); });
     case Effect::choose:
-        return postFor(showing, [](Implementation& self) { self.chooseOrDismiss(); });
+        return postFor(showing, [hold = heard.hold](Implementation& self) { self.chooseOrDismiss(hold); });
     case Effect::dismissPanel:
         return postFor(showing, [](Implementation& self) { self.dismissPanel(); });
     case Effect::showCharacterInfo:
@@ -163,10 +168,11 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
 /// On the main thread: an application that was never asked before can take tenths of a second to tell its
 /// focused element, and keys heard meanwhile would reach it before the keys they open the picker for are
 /// claimed.
-void KeyboardMonitor::Implementation::rememberSource() {
-    post([process = state.frontProcess()](Implementation& self) {
-        self.text.setSourceAppPID(process);
+void KeyboardMonitor::Implementation::rememberSource(TriggerNumber trigger) {
+    post([trigger, front = state.front()](Implementation& self) {
+        self.text.setSourceAppPID(front.process);
         self.text.cacheSourceFocusedElement();
+        self.permit(trigger, front);
     });
 }
 
@@ -197,8 +203,24 @@ void KeyboardMonitor::Implementation::postFor(Showing showing, std::function<voi
 
 // Main thread
 
+/// Keys heard meanwhile may already have opened the picker for this trigger: that showing is behind us in the
+/// queue, so that a picker which may not open is never seen.
+void KeyboardMonitor::Implementation::permit(TriggerNumber trigger, const FrontApplication& front) {
+    const auto current = frontApplications.current();
+    const bool hasLeft = current.process != 0 && front.process != 0 && current.process != front.process &&
+                         current.identifier != ownIdentifier;
+    isTriggerRefused = hasLeft || isExcludedWebsite(front.identifier, text, preferences);
+    if (!isTriggerRefused)
+        return state.allow(trigger);
+    log.debug("Glyma: [tap] trigger ignored: {}",
+              hasLeft ? "the user has left the application" : "not in a page, or in one of an excluded site");
+    const auto taken = state.refuse(trigger);
+    if (!hasLeft && !taken.empty())
+        text.giveBack(taken);
+}
+
 void KeyboardMonitor::Implementation::showPanel(Showing showing, const TypedText& typed) {
-    if (showing <= cancelled)
+    if (showing <= cancelled || isTriggerRefused)
         return;
     shown = showing;
     setTyped(typed);
@@ -351,10 +373,12 @@ void KeyboardMonitor::Implementation::judgeClick(const QueryReading& reading, st
 
 /// Decided here and not on the tap thread: the list that the main thread had not searched when Return came is
 /// there now. A highlight outside the list chooses nothing, and the picker must not stay behind.
-void KeyboardMonitor::Implementation::chooseOrDismiss() {
+void KeyboardMonitor::Implementation::chooseOrDismiss(std::shared_ptr<TypingHold> hold) {
     const auto showing = shown;
+    choiceHold = std::move(hold);
     if (picker.itemCount() > 0)
         picker.confirmSelection();
+    choiceHold.reset();
     if (shown == showing)
         dismissPanel();
 }
@@ -393,28 +417,31 @@ void KeyboardMonitor::Implementation::didSelect(const PickerItem& item) {
             deletion.count);
     const bool isAltHeld = picker.isAltHeld();
     const auto polled = queryPoll ? std::optional(queryPoll->query()) : std::nullopt;
+    auto hold = choiceHold ? std::move(choiceHold) : tap.holdTyping(); // a click holds nothing yet
     close(shown);
     const auto inserted = textFor(item, query, isAltHeld);
     if (polled)
-        insertWhenRead(inserted, *polled);
+        insertWhenRead(inserted, *polled, std::move(hold));
     else
-        text.insert(inserted, deletion.count, deletion.expected);
+        text.insert(inserted, deletion.count, deletion.expected, std::move(hold));
 }
 
 /// What is inserted stays the entry that was highlighted; what is deleted is what the text holds by then.
-void KeyboardMonitor::Implementation::insertWhenRead(const std::string& inserted, const PolledQuery& chosen) {
+void KeyboardMonitor::Implementation::insertWhenRead(const std::string& inserted, const PolledQuery& chosen,
+                                                     std::shared_ptr<TypingHold> hold) {
     std::erase_if(choices, [](const auto& choice) { return choice->isDone(); });
-    const auto then = [this, inserted,
-                       target = frontApplications.current()](const std::optional<Deletion>& deletion) {
+    auto then = [this, inserted, hold = std::move(hold),
+                 target = frontApplications.current()](const std::optional<Deletion>& deletion) {
         if (!deletion)
             text.leaveUntouched("what has been typed is not certain");
         else if (frontApplications.current() != target)
             text.leaveUntouched("another application has come to the front");
         else
-            text.insert(inserted, deletion->count, deletion->expected, TextInserter::Otherwise::nothing);
+            text.insert(inserted, deletion->count, deletion->expected, hold,
+                        TextInserter::Otherwise::nothing);
     };
     choices.push_back(std::make_unique<ChoiceReading>(scheduler, reader, text, preferences.triggerCharacter(),
-                                                      chosen, then));
+                                                      chosen, std::move(then)));
 }
 
 /// Also records the choice, which counts even if the insertion fails.

@@ -35,6 +35,8 @@ Heard MonitorState::hear(const KeyEvent& event) {
     auto heard = hearOwnShortcuts(event).value_or(Heard{});
     if (heard.effect == Effect::none)
         heard = step(event);
+    if (heard.effect == Effect::choose)
+        heard.hold = tap_.holdTyping(); // before the claims are given up: no key may come in between
     if (event.isAutorepeat && consumedKey_ == event.keyCode)
         heard.verdict = Verdict::consume;
     consumedKey_ = heard.verdict == Verdict::consume ? std::optional(event.keyCode) : std::nullopt;
@@ -45,9 +47,9 @@ std::optional<Heard> MonitorState::hearOwnShortcuts(const KeyEvent& event) {
     const KeyClaims shortcut{false, false, settings_.shortcut};
     const KeyClaims escape{false, settings_.isCharacterInfoShowing, std::nullopt};
     if (!event.isAutorepeat && isClaimed(shortcut, event.keyCode, event.flags))
-        return Heard{Verdict::consume, Effect::showCharacterInfo, 0, {}};
+        return Heard{Verdict::consume, Effect::showCharacterInfo, 0, {}, 0, nullptr};
     if (isClaimed(escape, event.keyCode, event.flags))
-        return Heard{Verdict::consume, Effect::closeCharacterInfo, 0, {}};
+        return Heard{Verdict::consume, Effect::closeCharacterInfo, 0, {}, 0, nullptr};
     return std::nullopt;
 }
 
@@ -67,9 +69,13 @@ Heard MonitorState::step(const KeyEvent& event) {
         typed_.type(text, event.isAutorepeat);
     } else if (taken.effect == Effect::queryDeleted) {
         typed_.deleteLast();
+    } else if (taken.effect == Effect::rememberSource) {
+        permission_.ask();
     }
+    if (taken.verdict == Verdict::consume)
+        permission_.take({event.keyCode, event.flags});
     setTrigger(taken.next);
-    return {taken.verdict, taken.effect, showing_, typed_};
+    return {taken.verdict, taken.effect, showing_, typed_, permission_.asked(), nullptr};
 }
 
 /// Our own windows, but for the field that is there to try the picker in; applications that the user
@@ -113,9 +119,9 @@ std::optional<Showing> MonitorState::openShowing() const {
     return isPanelVisible_ ? std::optional(showing_) : std::nullopt;
 }
 
-pid_t MonitorState::frontProcess() const {
+FrontApplication MonitorState::front() const {
     const std::lock_guard lock(mutex_);
-    return cachedFrontPID_;
+    return {cachedFrontBundleID_, cachedFrontPID_};
 }
 
 void MonitorState::setSettings(TapSettings settings) {
@@ -162,6 +168,18 @@ bool MonitorState::leaveUnlessHeard(std::uint64_t keysHeard, bool isPending) {
         return false;
     setTrigger(isPending ? TriggerState::pending : TriggerState::idle);
     return true;
+}
+
+void MonitorState::allow(TriggerNumber trigger) {
+    const Locked locked(*this);
+    permission_.allow(trigger);
+}
+
+std::vector<KeyChord> MonitorState::refuse(TriggerNumber trigger) {
+    const Locked locked(*this);
+    if (permission_.asked() == trigger)
+        setTrigger(TriggerState::idle);
+    return permission_.refuse(trigger);
 }
 
 void MonitorState::setTapRunning(bool isRunning) {

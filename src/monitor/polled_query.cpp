@@ -41,6 +41,13 @@ void PolledQuery::disturb() {
 
 void PolledQuery::settle() {
     isDisturbed_ = false;
+    keysHaveArrived();
+}
+
+void PolledQuery::keysHaveArrived() {
+    hasArrived_ = true;
+    isBehind_ = false;
+    earlier_.clear();
 }
 
 QueryReading PolledQuery::readingAsTyped() const {
@@ -51,8 +58,14 @@ bool PolledQuery::accountsForKeys(const QueryReading& reading) const {
     return reading.outcome == QueryReading::Outcome::query && reading == readingAsTyped();
 }
 
+bool PolledQuery::certainlyAccountsForKeys(const QueryReading& reading) const {
+    return accountsForKeys(reading) && !isEarlier(reading);
+}
+
 bool PolledQuery::isEarlier(const QueryReading& reading) const {
-    return std::ranges::find(earlier_, reading.query) != earlier_.end();
+    const auto typed = readingAsTyped();
+    return std::ranges::find(earlier_, reading.query) != earlier_.end() ||
+           (!hasArrived_ && !reading.query.starts_with(typed.query));
 }
 
 bool PolledQuery::mayBeLate(const QueryReading& reading) const {
@@ -66,8 +79,7 @@ bool PolledQuery::isFromBeforeTheKeys(const QueryReading& reading) const {
 
 void PolledQuery::restartFrom(const std::string& query) {
     typed_ = TypedText(query);
-    isBehind_ = false;
-    earlier_.clear();
+    keysHaveArrived();
 }
 
 PolledQuery::Finding PolledQuery::take(const QueryReading& reading, int tick) {
@@ -75,8 +87,9 @@ PolledQuery::Finding PolledQuery::take(const QueryReading& reading, int tick) {
         return Finding::nothing;
     wasRead_ = wasRead_ || reading.holdsQuery();
     if (accountsForKeys(reading)) {
-        isBehind_ = false;
-        earlier_.clear();
+        // Deleting brings a text back: it may still be the one from before.
+        if (!isEarlier(reading))
+            keysHaveArrived();
     } else if (tick <= ticksForKeysToArrive && isFromBeforeTheKeys(reading)) {
         return Finding::nothing;
     }

@@ -44,8 +44,10 @@ public:
 
     /// \param tick  number of the reading since the latest key, from 1; readings are 20 ms apart.
     Finding take(const QueryReading& reading, int tick);
-    /// Whether the reading shows the effect of every key.
+    /// Whether the reading is what the keys make of the text.
     bool accountsForKeys(const QueryReading& reading) const;
+    /// And whether the text cannot have been the same before some of the keys.
+    bool certainlyAccountsForKeys(const QueryReading& reading) const;
     /// Whether the reading may be the text as it was before the latest keys.
     bool mayBeLate(const QueryReading& reading) const;
     bool isDisturbed() const { return isDisturbed_; }
@@ -56,6 +58,7 @@ public:
 private:
     QueryReading readingAsTyped() const;
     void followKeys();
+    void keysHaveArrived();
     void restartFrom(const std::string& query);
     bool isEarlier(const QueryReading& reading) const;
     bool isFromBeforeTheKeys(const QueryReading& reading) const;
@@ -65,10 +68,11 @@ private:
     /// The text as it was read and the keys since.
     TypedText typed_;
     std::vector<std::string> earlier_; ///< what the text showed before each key not accounted for
-    bool isBehind_ = true;             ///< no reading has accounted for the keys yet
-    bool isDisturbed_ = false;         ///< since the text was at rest
-    bool wasDisturbed_ = false;        ///< ever
-    bool wasRead_ = false;             ///< a query was found in the text
+    bool hasArrived_ = false;   ///< a reading has accounted for the keys: none is from before the trigger
+    bool isBehind_ = true;      ///< no reading has accounted for the keys yet
+    bool isDisturbed_ = false;  ///< since the text was at rest
+    bool wasDisturbed_ = false; ///< ever
+    bool wasRead_ = false;      ///< a query was found in the text
 };
 
 } // namespace glyma

@@ -78,6 +78,8 @@ inline constexpr std::string_view startTextMarker = "AXStartTextMarker";
 inline constexpr std::string_view position = "AXPosition";
 inline constexpr std::string_view size = "AXSize";
 inline constexpr std::string_view url = "AXURL";
+/// Ours. Of a window: the web area it shows; no value when it shows none or its pages cannot be read.
+inline constexpr std::string_view page = "AXPage";
 // Parameterised:
 inline constexpr std::string_view stringForRange = "AXStringForRange";
 inline constexpr std::string_view boundsForRange = "AXBoundsForRange";

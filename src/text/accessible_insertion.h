@@ -44,6 +44,7 @@ public:
 
 private:
     bool typedTextHasArrived();
+    void includeProposal(TextRange selection);
     std::optional<TextRange> readSelectedRange(bool logsFailure = false);
     Accessibility::Result<void> select(TextRange range);
     std::string readSelectedText(std::ptrdiff_t minimumUnits);

@@ -229,6 +229,13 @@ std::optional<std::string> TextInserter::selectedText() const {
     return text && !text->empty() ? text : std::nullopt;
 }
 
+bool TextInserter::showsReadablePage() const {
+    const auto application =
+        elementAttribute(services_.accessibility.systemWide(), attribute::focusedApplication);
+    const auto window = application ? elementAttribute(*application, attribute::focusedWindow) : application;
+    return window && elementAttribute(*window, attribute::page);
+}
+
 std::optional<std::string> TextInserter::textBeforeCursor() const {
     const auto element = focusedElement();
     if (!element) {

@@ -140,8 +140,10 @@ Accessibility::Result<AttributeValue> SimulatedAccessibility::fieldAttribute(App
     if (name == attribute::role)
         return manner.role;
     if (name == attribute::parent)
-        return std::make_shared<Element>(manner.webAddress.empty() ? Kind::window : Kind::webArea,
-                                         element.process, 0);
+        return std::make_shared<Element>(
+            manner.webAddress.empty() || manner.fieldsOutsideThePage.contains(element.index) ? Kind::window
+                                                                                             : Kind::webArea,
+            element.process, 0);
     return application.withField(element.index, [&](const TextField& field) -> Result<AttributeValue> {
         if (name == attribute::selectedTextRange && manner.reportsSelection)
             return field.selection();
@@ -181,7 +183,10 @@ SimulatedAccessibility::attributeValue(const ElementReference& reference, std::s
             return "AXWindow";
         if (name == attribute::position)
             return (*asked)->windowOrigin();
-        return name == attribute::parent ? Result<AttributeValue>(noValue) : unsupported;
+        if (name == attribute::page && !(*asked)->manner().webAddress.empty())
+            return std::make_shared<Element>(Kind::webArea, element.process, 0);
+        return name == attribute::parent || name == attribute::page ? Result<AttributeValue>(noValue)
+                                                                     : unsupported;
     case Kind::webArea:
         if (name == attribute::role)
             return "AXWebArea";

@@ -3,6 +3,7 @@
 #include "platform/key_event.h"
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <set>
@@ -41,7 +42,8 @@ struct Manner {
     std::chrono::milliseconds selectionLag{0}; ///< a selection that was set shows this much later
     std::chrono::milliseconds answerTime{0};   ///< of each call
     std::string role = "AXTextArea";
-    std::string webAddress; ///< not empty: the field is inside a web area of this address
+    std::string webAddress; ///< not empty: the fields are inside a web area of this address
+    std::set<std::size_t> fieldsOutsideThePage; ///< an address bar, a panel
 
     // Keys
     std::chrono::milliseconds keyLag{0};    ///< a key takes effect this much later
