@@ -102,6 +102,10 @@ std::vector<CharacterInfo> CharacterInfos::buildInfos(std::string_view text, std
     const auto store = opened ? std::optional(*std::move(opened)) : std::nullopt;
     if (!popularity_)
         popularity_ = loadPopularity(resources_, nullptr);
+    // Broken bytes are all the same character.
+    std::string mended;
+    if (!unicode::isWellFormed(text))
+        text = mended = unicode::sanitized(text);
     std::vector<CharacterInfo> infos;
     for (const auto character : distinctCharacters(text, limit))
         infos.push_back(describe(character, store));
@@ -122,7 +126,7 @@ CharacterInfo CharacterInfos::describe(std::string_view character,
                                        const std::optional<CharacterReader>& store) {
     const auto described = describedPart(character);
     CharacterInfo info;
-    info.character = unicode::sanitized(character);
+    info.character = character;
     info.scalars = scalarInfos(described);
     if (described.size() < character.size())
         info.omittedScalars = unicode::scalars(character.substr(described.size())).size();
