@@ -29,6 +29,9 @@ void CharacterInfoPresenter::showCharacterInfoForLastSelection() {
 std::string CharacterInfoPresenter::selectedText() const {
     if (auto text = services_.text.selectedText())
         return *std::move(text);
+    // A field that tells its selection and has none; what was selected in it before may still be kept.
+    if (services_.text.focusedElementReportsSelection())
+        return {};
     return services_.lastSelection.inFrontApplication().value_or(std::string());
 }
 

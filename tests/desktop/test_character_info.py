@@ -92,6 +92,12 @@ class CharacterInfo(unittest.TestCase):
         self.wait_until_closed()
         self.assertEqual(field.text(), FAMILY + TONED)
         self.assertTrue(field.state["focused"])
+        # Firefox keeps what was selected in PRIMARY.
+        self.desktop.press("Right")
+        time.sleep(0.3)
+        self.desktop.press(SHORTCUT)
+        time.sleep(0.7)
+        self.assertEqual(self.glyma.info_windows(), [])
 
     def test_xterm(self):
         terminal = XTerm(self.desktop)

@@ -81,7 +81,8 @@ TEST_F(CharacterInfoRoad, ShowsWhatIsSelectedAndKeepsItsKeys) {
     EXPECT_EQ(editor->received().size(), 1U);
 }
 
-TEST_F(CharacterInfoRoad, RingsWhereNothingIsSelected) {
+TEST_F(CharacterInfoRoad, RingsWhereNothingIsSelectedAnyMore) {
+    lastSelection.isInFront = true;
     ask();
     EXPECT_FALSE(panel.isShown);
     EXPECT_EQ(desktop.bell.count, 1);
