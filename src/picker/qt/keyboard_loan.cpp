@@ -22,10 +22,16 @@ std::uint32_t focusOf(xcb_connection_t* x) {
 } // namespace
 
 void KeyboardLoan::take(QWidget& window) {
-    if (auto* x = x11Connection())
-        if (const auto focus = focusOf(x); focus != window.winId())
-            lender_ = focus;
-    window.activateWindow();
+    auto* x = x11Connection();
+    if (!x)
+        return window.activateWindow();
+    const auto own = static_cast<std::uint32_t>(window.winId());
+    if (const auto focus = focusOf(x); focus != own)
+        lender_ = focus;
+    // Qt would ask with the time of the last event it saw, which the server takes for too old when the focus
+    // has moved since.
+    xcb_set_input_focus(x, XCB_INPUT_FOCUS_PARENT, own, XCB_CURRENT_TIME);
+    xcb_flush(x);
 }
 
 void KeyboardLoan::giveBack(const QWidget& window) {
