@@ -1,7 +1,13 @@
 #include "monitor/keyboard_monitor.h"
 
+#include "monitor/choice_reading.h"
 #include "monitor/monitor_state.h"
+#include "monitor/query_poll.h"
 #include "monitor/selection_dispatch.h"
+#include "monitor/target_reader.h"
+#include "monitor/target_window.h"
+#include "monitor/website_exclusion.h"
+#include "text/delayed_jobs.h"
 #include "unicode/text.h"
 
 #include <algorithm>
@@ -10,6 +16,11 @@
 namespace glyma {
 
 namespace {
+
+/// Lets the target move its caret.
+constexpr Milliseconds clickRecheckDelay{50};
+/// Lets the window manager put the window where it stays.
+constexpr Milliseconds finalFollowDelay{100};
 
 /// A caret of a usual size at the pointer, for when nobody knows where the caret is.
 Rect caretAtPointer(Point pointer, const std::vector<Screen>& screens) {
@@ -25,13 +36,16 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
                                          MonitorServices {
     explicit Implementation(MonitorServices services)
         : MonitorServices(std::move(services))
-        , state(tap, ownIdentifier) {}
+        , state(tap, ownIdentifier)
+        , reader(tasks, scheduler)
+        , targetWindow(accessibility, reader, window)
+        , delayed(scheduler) {}
 
     // Tap thread
     Verdict hear(const KeyEvent& event);
     void hearModifiers(const KeyEvent& event);
     void perform(const Heard& heard, const KeyEvent& event);
-    void rememberSource();
+    void rememberSource(TriggerNumber trigger);
     void logFirstCharacter(const KeyEvent& event, bool isVisible);
 
     // Any thread
@@ -39,14 +53,26 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     void postFor(Showing showing, std::function<void(Implementation&)> action);
 
     // Main thread
+    void permit(TriggerNumber trigger, const FrontApplication& front);
     void showPanel(Showing showing, const TypedText& typed);
     void fillPicker(Showing showing);
     void setTyped(const TypedText& typed);
     void setQuery(const TypedText& typed);
+    void searchQueryBuffer();
+    void handleTypedCharacter(bool isAutorepeat, const std::string& text, const TypedText& typed);
+    void handleBackspace(const TypedText& typed);
+    void poll(Showing showing, const TypedText& typed);
+    void queryRead();
+    void followKeysInstead(Showing showing);
+    void hearMouse(MouseEvent event);
+    void recheckAfterClick();
+    void judgeClick(const QueryReading& reading, std::uint64_t keysHeard);
     void chooseOrDismiss(std::shared_ptr<TypingHold> hold);
     void dismissPanel();
     void close(Showing showing);
     void didSelect(const PickerItem& item);
+    void insertWhenRead(const std::string& inserted, const PolledQuery& chosen,
+                        std::shared_ptr<TypingHold> hold);
     std::string textFor(const PickerItem& item, const std::string& query, bool isAltHeld);
     void appSwitch(const FrontApplication& application);
     void readSettings();
@@ -55,10 +81,18 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
 
     // Main thread
     bool isStarted = false;
-    Showing shown = 0;     ///< 0: none
-    Showing cancelled = 0; ///< this one and those before it are not to be shown any more
+    Showing shown = 0;             ///< 0: none
+    Showing cancelled = 0;         ///< this one and those before it are not to be shown any more
+    bool isTriggerRefused = false; ///< the last one typed may not open the picker
     std::string queryBuffer;
     std::ptrdiff_t keystrokeCount = 0;
+    /// While the query is followed in the target's text.
+    std::optional<QueryPoll> queryPoll;
+    TargetReader reader;
+    TargetWindow targetWindow;
+    DelayedJobs delayed;
+    std::vector<std::unique_ptr<ChoiceReading>> choices;
+    Subscription globalMouseMonitor;
     std::shared_ptr<TypingHold> choiceHold; ///< of the key that is choosing now
     Subscription activation;
     Subscription preferencesChanged;
@@ -101,16 +135,21 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
     case Effect::clearPending:
         return event.flags & modifier::option ? void() : logFirstCharacter(event, false);
     case Effect::rememberSource:
-        return rememberSource();
+        return rememberSource(heard.trigger);
     case Effect::showPanel:
         logFirstCharacter(event, true);
         return post([showing, typed = heard.typed](Implementation& self) { self.showPanel(showing, typed); });
     case Effect::queryTyped:
-        if (event.isAutorepeat)
-            return postFor(showing, [typed = heard.typed](Implementation& self) { self.setTyped(typed); });
-        [[fallthrough]];
+        return postFor(showing,
+                       [typed = heard.typed, text = typedTextOf(event), isAutorepeat = event.isAutorepeat](
+                           Implementation& self) { self.handleTypedCharacter(isAutorepeat, text, typed); });
     case Effect::queryDeleted:
-        return postFor(showing, [typed = heard.typed](Implementation& self) { self.setQuery(typed); });
+        return postFor(showing, [typed = heard.typed](Implementation& self) { self.handleBackspace(typed); });
+    case Effect::queryDisturbed:
+        return postFor(showing, [](Implementation& self) {
+            if (self.queryPoll)
+                self.queryPoll->disturbed();
+        });
     case Effect::moveDown:
         return postFor(showing, [](Implementation& self) { self.picker.moveSelection(1); });
     case Effect::moveUp:
@@ -129,10 +168,11 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
 /// On the main thread: an application that was never asked before can take tenths of a second to tell its
 /// focused element, and keys heard meanwhile would reach it before the keys they open the picker for are
 /// claimed.
-void KeyboardMonitor::Implementation::rememberSource() {
-    post([process = state.frontProcess()](Implementation& self) {
-        self.text.setSourceAppPID(process);
+void KeyboardMonitor::Implementation::rememberSource(TriggerNumber trigger) {
+    post([trigger, front = state.front()](Implementation& self) {
+        self.text.setSourceAppPID(front.process);
         self.text.cacheSourceFocusedElement();
+        self.permit(trigger, front);
     });
 }
 
@@ -163,8 +203,24 @@ void KeyboardMonitor::Implementation::postFor(Showing showing, std::function<voi
 
 // Main thread
 
+/// Keys heard meanwhile may already have opened the picker for this trigger: that showing is behind us in the
+/// queue, so that a picker which may not open is never seen.
+void KeyboardMonitor::Implementation::permit(TriggerNumber trigger, const FrontApplication& front) {
+    const auto current = frontApplications.current();
+    const bool hasLeft = current.process != 0 && front.process != 0 && current.process != front.process &&
+                         current.identifier != ownIdentifier;
+    isTriggerRefused = hasLeft || isExcludedWebsite(front.identifier, text, preferences);
+    if (!isTriggerRefused)
+        return state.allow(trigger);
+    log.debug("Glyma: [tap] trigger ignored: {}",
+              hasLeft ? "the user has left the application" : "not in a page, or in one of an excluded site");
+    const auto taken = state.refuse(trigger);
+    if (!hasLeft && !taken.empty())
+        text.giveBack(taken);
+}
+
 void KeyboardMonitor::Implementation::showPanel(Showing showing, const TypedText& typed) {
-    if (showing <= cancelled)
+    if (showing <= cancelled || isTriggerRefused)
         return;
     shown = showing;
     setTyped(typed);
@@ -172,7 +228,9 @@ void KeyboardMonitor::Implementation::showPanel(Showing showing, const TypedText
     const auto front = frontApplications.current();
     text.setSourceAppPID(front.process);
     text.cacheSourceFocusedElement();
-    const bool isKeystrokeMode = true;
+    const bool isKeystrokeMode = !text.focusedElementReportsSelection();
+    if (!isKeystrokeMode)
+        poll(showing, typed);
     state.setKeystrokeMode(showing, isKeystrokeMode);
     log.debug("Glyma: [showPanel] isKeystrokeMode={} app={}", isKeystrokeMode,
               front.identifier.value_or("?"));
@@ -184,6 +242,12 @@ void KeyboardMonitor::Implementation::showPanel(Showing showing, const TypedText
     window.placeAtCaret(caret);
     window.orderFront();
     window.showCaretOverlay(caret);
+    targetWindow.remember();
+    if (!globalMouseMonitor)
+        globalMouseMonitor = mouse.observe([weak = weak_from_this()](MouseEvent event) {
+            if (const auto self = weak.lock())
+                self->hearMouse(event);
+        });
 }
 
 void KeyboardMonitor::Implementation::fillPicker(Showing showing) {
@@ -207,8 +271,104 @@ void KeyboardMonitor::Implementation::setTyped(const TypedText& typed) {
 
 void KeyboardMonitor::Implementation::setQuery(const TypedText& typed) {
     setTyped(typed);
+    searchQueryBuffer();
+}
+
+void KeyboardMonitor::Implementation::searchQueryBuffer() {
     picker.setTrigger(preferences.triggerCharacter());
     picker.setQuery(queryBuffer);
+}
+
+void KeyboardMonitor::Implementation::handleTypedCharacter(bool isAutorepeat, const std::string& typedText,
+                                                           const TypedText& typed) {
+    if (queryPoll)
+        queryPoll->typed(typedText);
+    else if (isAutorepeat)
+        setTyped(typed);
+    else
+        setQuery(typed);
+}
+
+void KeyboardMonitor::Implementation::handleBackspace(const TypedText& typed) {
+    if (queryPoll)
+        queryPoll->deletedLast();
+    else
+        setQuery(typed);
+}
+
+void KeyboardMonitor::Implementation::poll(Showing showing, const TypedText& typed) {
+    const auto weakly = [weak = weak_from_this()](auto action) {
+        return [weak, action] {
+            if (const auto self = weak.lock())
+                action(*self);
+        };
+    };
+    queryPoll.emplace(QueryPoll::Services{scheduler, text, reader, state, picker, log}, showing,
+                      preferences.triggerCharacter(), typed,
+                      QueryPoll::Callbacks{.changed = weakly([](Implementation& self) { self.queryRead(); }),
+                                           .left = weakly([](Implementation& self) { self.dismissPanel(); }),
+                                           .mistrusted = weakly([showing](Implementation& self) {
+                                               self.followKeysInstead(showing);
+                                           })});
+}
+
+void KeyboardMonitor::Implementation::queryRead() {
+    queryBuffer = queryPoll->query().query();
+    keystrokeCount = queryPoll->query().keystrokeCount();
+    searchQueryBuffer();
+}
+
+void KeyboardMonitor::Implementation::followKeysInstead(Showing showing) {
+    log.debug("Glyma: [AX poll] the element does not show what is typed; following the keys");
+    queryPoll.reset();
+    state.setKeystrokeMode(showing, true);
+    picker.setIsKeystrokeMode(true);
+    const auto keysHeard = state.keysHeard();
+    const auto typed = state.typed();
+    if (!typed.query().empty())
+        setQuery(typed);
+    else if (state.leaveUnlessHeard(keysHeard, true))
+        dismissPanel();
+}
+
+void KeyboardMonitor::Implementation::hearMouse(MouseEvent event) {
+    switch (event) {
+    case MouseEvent::leftUp:
+        targetWindow.followTargetWindow(false);
+        return delayed.after(finalFollowDelay, [this] { targetWindow.followTargetWindow(true); });
+    case MouseEvent::leftDragged:
+        return targetWindow.followTargetWindow(false);
+    case MouseEvent::leftDown:
+    case MouseEvent::otherDown:
+        return delayed.after(clickRecheckDelay, [this] { recheckAfterClick(); });
+    }
+}
+
+void KeyboardMonitor::Implementation::recheckAfterClick() {
+    if (!state.isPanelVisible() && !state.isPendingTrigger())
+        return;
+    reader.ask([this] { return text.textBeforeCursor(); },
+               [this, keysHeard = state.keysHeard()](const std::optional<std::string>& before) {
+                   judgeClick(queryIn(before, preferences.triggerCharacter()), keysHeard);
+               });
+}
+
+/// Closes the picker unless the caret still stands behind its query.
+void KeyboardMonitor::Implementation::judgeClick(const QueryReading& reading, std::uint64_t keysHeard) {
+    if (reading.outcome == QueryReading::Outcome::unavailable)
+        return;
+    const bool isWhereItWas = shown != 0 && ((reading.holdsQuery() && reading.query == queryBuffer) ||
+                                             (queryPoll && queryPoll->query().accountsForKeys(reading)));
+    if (isWhereItWas)
+        return;
+    const auto open = state.openShowing();
+    const bool isBehindTrigger = reading.outcome == QueryReading::Outcome::query && reading.query.empty();
+    if (!state.leaveUnlessHeard(keysHeard, isBehindTrigger)) {
+        if (queryPoll)
+            queryPoll->disturbed();
+    } else if (open) {
+        close(*open);
+    }
 }
 
 /// Decided here and not on the tap thread: the list that the main thread had not searched when Return came is
@@ -224,6 +384,9 @@ void KeyboardMonitor::Implementation::chooseOrDismiss(std::shared_ptr<TypingHold
 }
 
 void KeyboardMonitor::Implementation::dismissPanel() {
+    queryPoll.reset();
+    globalMouseMonitor.reset();
+    targetWindow.forget();
     queryBuffer.clear();
     keystrokeCount = 0;
     state.setKeystrokeMode(std::exchange(shown, 0), false);
@@ -253,9 +416,32 @@ void KeyboardMonitor::Implementation::didSelect(const PickerItem& item) {
             log.redact(query), unicode::graphemeCount(query), keystrokeCount, isKeystrokeMode,
             deletion.count);
     const bool isAltHeld = picker.isAltHeld();
+    const auto polled = queryPoll ? std::optional(queryPoll->query()) : std::nullopt;
     auto hold = choiceHold ? std::move(choiceHold) : tap.holdTyping(); // a click holds nothing yet
     close(shown);
-    text.insert(textFor(item, query, isAltHeld), deletion.count, deletion.expected, std::move(hold));
+    const auto inserted = textFor(item, query, isAltHeld);
+    if (polled)
+        insertWhenRead(inserted, *polled, std::move(hold));
+    else
+        text.insert(inserted, deletion.count, deletion.expected, std::move(hold));
+}
+
+/// What is inserted stays the entry that was highlighted; what is deleted is what the text holds by then.
+void KeyboardMonitor::Implementation::insertWhenRead(const std::string& inserted, const PolledQuery& chosen,
+                                                     std::shared_ptr<TypingHold> hold) {
+    std::erase_if(choices, [](const auto& choice) { return choice->isDone(); });
+    auto then = [this, inserted, hold = std::move(hold),
+                 target = frontApplications.current()](const std::optional<Deletion>& deletion) {
+        if (!deletion)
+            text.leaveUntouched("what has been typed is not certain");
+        else if (frontApplications.current() != target)
+            text.leaveUntouched("another application has come to the front");
+        else
+            text.insert(inserted, deletion->count, deletion->expected, hold,
+                        TextInserter::Otherwise::nothing);
+    };
+    choices.push_back(std::make_unique<ChoiceReading>(scheduler, reader, text, preferences.triggerCharacter(),
+                                                      chosen, std::move(then)));
 }
 
 /// Also records the choice, which counts even if the insertion fails.
@@ -336,6 +522,7 @@ std::expected<void, std::string> KeyboardMonitor::start() {
 void KeyboardMonitor::stop() {
     auto& self = *implementation_;
     self.isStarted = false;
+    self.globalMouseMonitor.reset();
     self.activation.reset();
     self.preferencesChanged.reset();
     self.flagsChanged.reset();

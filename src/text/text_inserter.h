@@ -13,11 +13,13 @@
 #include "text/clipboard_loan.h"
 #include "text/delayed_jobs.h"
 
+#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -39,10 +41,15 @@ struct TextServices {
 };
 
 /// Reads and changes the text of other applications through one element: the one that had the focus when the
-/// trigger was typed. Finding and caching it may be called from the tap thread as well as the main thread;
-/// everything else belongs to the main thread.
+/// trigger was typed. Finding and caching it may be called from the tap thread as well as the main thread,
+/// reading the text before the caret from any; everything else belongs to the main thread.
 class TextInserter {
 public:
+    enum class Otherwise {
+        keys,    ///< backspaces: the count is that of keys, which the application applies in order
+        nothing, ///< the count is that of the text
+    };
+
     explicit TextInserter(TextServices services);
     ~TextInserter();
 
@@ -63,15 +70,27 @@ public:
     /// Host of the page that the cached element belongs to, without "www."; empty when the page has none;
     /// absent when the element is not inside web content.
     std::optional<std::string> pageHost() const;
+    /// Whether the window in front shows a web page that can be read.
+    bool showsReadablePage() const;
+    /// What stands before the caret, from anywhere up to the caret; absent when nobody can tell.
+    std::optional<std::string> textBeforeCursor() const;
+    /// Number of the poll under way, for the log.
+    void setPollTickCount(int count) { pollTickCount_ = count; }
 
     // Insertion
     /// Replaces the `deleteCharsBefore` characters before the caret by the text, 0.05 s from now.
-    /// \param expected  what is about to be deleted, when it is known exactly.
-    /// \param hold      keeps the user's keys out of the text meanwhile; let go when the insertion has ended
+    /// \param expected   what is about to be deleted, when it is known exactly.
+    /// \param hold       keeps the user's keys out of the text meanwhile; let go when the insertion has ended
     /// in
-    ///                  whatever way. Null where typing cannot be held.
+    ///                   whatever way. Null where typing cannot be held.
+    /// \param otherwise  what to do when something else is known to stand there by then.
     void insert(const std::string& text, std::ptrdiff_t deleteCharsBefore,
-                const std::optional<std::string>& expected, std::shared_ptr<TypingHold> hold = nullptr);
+                const std::optional<std::string>& expected, std::shared_ptr<TypingHold> hold = nullptr,
+                Otherwise otherwise = Otherwise::keys);
+    /// Says that an insertion is not made, and why.
+    void leaveUntouched(std::string_view why);
+    /// Presses keys in the application that has the focus, for keys that were taken from it without need.
+    void giveBack(std::span<const KeyChord> keys);
 
 private:
     Accessibility::Result<ElementReference> elementAttribute(const ElementReference& element,
@@ -88,6 +107,7 @@ private:
         FrontApplication target;
         AccessibleInsertion accessible;
         std::shared_ptr<TypingHold> hold;
+        Otherwise otherwise = Otherwise::keys;
         int resolveAttempts = 0;
         int timesUntouched = 0;
     };
@@ -98,7 +118,6 @@ private:
     void resolve(const InsertionReference& insertion);
     bool isStillInFront(const FrontApplication& target);
     bool mayGoOn(const Insertion& insertion);
-    void leaveUntouched(std::string_view why);
     void insertViaClipboard(const InsertionReference& insertion);
     void pasteOverSelection(const InsertionReference& insertion);
     KeyChord pasteChord() const;
@@ -110,6 +129,7 @@ private:
     mutable std::mutex mutex_;
     pid_t sourceAppPID_ = 0;
     ElementReference cachedSourceElement_;
+    std::atomic<int> pollTickCount_ = 0;
     ClipboardLoan clipboardLoan_;
     std::optional<ClipboardLoan> primaryLoan_;
     DelayedJobs jobs_;

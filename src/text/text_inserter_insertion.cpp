@@ -28,7 +28,8 @@ constexpr Milliseconds forInserting{50};
 } // namespace
 
 void TextInserter::insert(const std::string& text, std::ptrdiff_t deleteCharsBefore,
-                          const std::optional<std::string>& expected, std::shared_ptr<TypingHold> hold) {
+                          const std::optional<std::string>& expected, std::shared_ptr<TypingHold> hold,
+                          Otherwise otherwise) {
     auto& log = services_.log;
     if (log.debugEnabled())
         log.debug("insert: deleteCharsBefore={}, text=\"{}\" ({} chars, {} UTF-16)", deleteCharsBefore,
@@ -38,7 +39,7 @@ void TextInserter::insert(const std::string& text, std::ptrdiff_t deleteCharsBef
         std::make_shared<Insertion>(text, deleteCharsBefore, services_.frontApplications.current(),
                                     AccessibleInsertion(services_.accessibility, services_.scheduler,
                                                         services_.log, text, deleteCharsBefore, expected),
-                                    std::move(hold));
+                                    std::move(hold), otherwise);
     jobs_.after(beforeInsertion, [this, insertion] {
         if (mayGoOn(*insertion) && !insertViaAccessibility(insertion))
             insertViaClipboard(insertion);
@@ -85,6 +86,11 @@ bool TextInserter::act(const InsertionReference& insertion, AccessibleInsertion:
         break;
     case AccessibleInsertion::Outcome::uncertain:
         resolveLater(insertion);
+        break;
+    case AccessibleInsertion::Outcome::otherText:
+        if (insertion->otherwise == Otherwise::keys)
+            return false;
+        leaveUntouched("the text before the caret is another one by now");
         break;
     case AccessibleInsertion::Outcome::useClipboard:
         return false;
@@ -185,6 +191,10 @@ void TextInserter::releaseWhenTaken(const InsertionReference& insertion,
         jobs_.after(forInserting, [insertion] { insertion->hold->release(); });
     else if (insertion->hold->isOn())
         jobs_.after(betweenLooks, [this, insertion, isTaken] { releaseWhenTaken(insertion, isTaken); });
+}
+
+void TextInserter::giveBack(std::span<const KeyChord> keys) {
+    services_.keys.inject(keys);
 }
 
 } // namespace glyma

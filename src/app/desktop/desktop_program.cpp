@@ -2,6 +2,7 @@
 
 #include "app/permission_diagnosis.h"
 #include "app/terminal.h"
+#include "catalogue/catalogue_files.h"
 #include "platform/linux/dbus/notification.h"
 #include "platform/linux/x11/activate_window.h"
 #include "platform/linux/x11/key_codes.h"
@@ -92,6 +93,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                     scheduler_.post(
                         [this] { inputMonitoring_.setObstacle("the connection to the X server was lost"); });
                 }})
+    , mouse_(scheduler_)
     , keys_(tap_.link())
     , text_({.scheduler = scheduler_,
              .accessibility = accessibility_,
@@ -113,8 +115,22 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                    return isEmoji ? catalogue_.randomEmojiPool() : catalogue_.randomUnicodeDisplayPool();
                },
                .recacheSourceFromApp = [this] { text_.recacheSourceFromApp(); }})
+    , characterInfos_(storeFile(foundation.folders.data), foundation.resources)
+    , characterInfoPanel_(appearance_, compositor_, fontChoice(fontFamilies_),
+                          [this] { characterInfo_.closeCharacterInfo(); })
+    , characterInfo_({.infos = characterInfos_,
+                      .text = text_,
+                      .lastSelection = lastSelection_,
+                      .screens = screens_,
+                      .bell = bell_,
+                      .flags = flags_,
+                      .window = characterInfoPanel_,
+                      .mouse = mouse_})
     , monitor_({.tap = tap_,
+                .mouse = mouse_,
                 .scheduler = scheduler_,
+                .tasks = tasks_,
+                .accessibility = accessibility_,
                 .frontApplications = frontApplications_,
                 .screens = screens_,
                 .text = text_,
@@ -125,8 +141,8 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                 .flags = flags_,
                 .log = foundation.log,
                 .ownIdentifier = ownIdentifier(foundation.applications),
-                .showCharacterInfoForSelection = [] {},
-                .closeCharacterInfo = [] {}})
+                .showCharacterInfoForSelection = [this] { characterInfo_.showCharacterInfoForSelection(); },
+                .closeCharacterInfo = [this] { characterInfo_.closeCharacterInfo(); }})
     , delegate_(delegateServices(std::move(onQuit)))
     , tray_(scheduler_,
             {.openPreferences = [this](const std::string& tab) { delegate_.openPreferences(tab); },
