@@ -272,6 +272,18 @@ Store::Result<std::set<std::string, std::less<>>> Store::enabledBlockNames() con
     });
 }
 
+Store::Result<std::map<std::string, std::int64_t>> Store::enabledCounts() const {
+    auto& connection = *implementation_->connection;
+    return connection.attempt([&] {
+        std::map<std::string, std::int64_t> counts;
+        for (StoreQuery query(connection, "SELECT unicodeBlock, count(*) FROM UnicodeChar "
+                                          "WHERE +isEnabled = 1 GROUP BY unicodeBlock");
+             query.step();)
+            counts.emplace(query.string(0), query.integer(1));
+        return counts;
+    });
+}
+
 Store::Result<std::vector<TermSelection>> Store::termSelections() const {
     auto& connection = *implementation_->connection;
     return connection.attempt([&] {

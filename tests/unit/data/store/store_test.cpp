@@ -161,6 +161,9 @@ TEST_F(StoreTest, SwitchesCharactersAndBlocks) {
     need(store.setBlockEnabled("Arrows", true));
     need(store.setBlockEnabled("Dingbats", false));
     EXPECT_THAT(need(store.enabledBlockNames()), ElementsAre("Arrows"));
+    const auto counts = need(store.enabledCounts());
+    EXPECT_FALSE(counts.contains("Arrows")) << "all are off";
+    EXPECT_EQ(counts.at("Basic Latin"), std::ssize(need(store.charactersInBlock("Basic Latin"))));
 }
 
 TEST_F(StoreTest, SeesWhatAnotherConnectionCommitted) {
