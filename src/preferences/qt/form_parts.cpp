@@ -118,6 +118,35 @@ QLabel* makeCaption(const QString& text, QWidget* parent) {
     return caption;
 }
 
+QLabel* makeProblem(QWidget* parent) {
+    class Problem : public QLabel {
+    public:
+        using QLabel::QLabel;
+
+    protected:
+        void paintEvent(QPaintEvent*) override {
+            QPainter painter(this);
+            painter.setPen(badColor(palette()));
+            painter.drawText(contentsRect(), Qt::AlignLeading | Qt::TextWordWrap, text());
+        }
+    };
+    auto* label = new Problem(parent);
+    label->setWordWrap(true);
+    label->setTextFormat(Qt::PlainText);
+    label->setContentsMargins(4, 0, 4, 0);
+    label->hide();
+    return label;
+}
+
+void showProblem(QLabel& label, const QString& problem) {
+    label.setText(problem);
+    label.setVisible(!problem.isEmpty());
+    if (!problem.isEmpty()) {
+        QAccessibleEvent alert(&label, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
+}
+
 void describe(QWidget& control, const QString& label, const QString& caption) {
     control.setAccessibleName(withoutMnemonic(label));
     control.setAccessibleDescription(caption);

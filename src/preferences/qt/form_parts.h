@@ -16,6 +16,11 @@ QLabel* makeSectionHeader(const QString& text, QWidget* parent = nullptr);
 /// Explaining text: smaller, quieter, wraps.
 QLabel* makeCaption(const QString& text, QWidget* parent = nullptr);
 
+/// Says why something did not work; hidden until it has something to say.
+QLabel* makeProblem(QWidget* parent = nullptr);
+/// Shows the problem and has it read out; an empty one hides the label.
+void showProblem(QLabel& label, const QString& problem);
+
 /// What screen readers say of a control: its name, from a label that may have a mnemonic, and its
 /// description.
 void describe(QWidget& control, const QString& label, const QString& caption = {});

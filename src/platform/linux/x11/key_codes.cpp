@@ -207,4 +207,13 @@ std::optional<std::uint16_t> codeOfActingKeysym(xkb_keysym_t keysym) {
     return found ? std::optional(found->code) : std::nullopt;
 }
 
+std::uint16_t codeOfPress(xcb_keycode_t key, xkb_keysym_t keysym) {
+    return codeOfActingKeysym(keysym).value_or(codeAtPosition(key));
+}
+
+std::string textOfKeysym(xkb_keysym_t keysym) {
+    std::array<char, 16> buffer{};
+    return xkb_keysym_to_utf8(keysym, buffer.data(), buffer.size()) > 0 ? buffer.data() : std::string();
+}
+
 } // namespace glyma::x11
