@@ -33,6 +33,14 @@ std::expected<Command, int> parseCommandLine(int argc, char** argv) {
         app.add_subcommand("doctor", "Tell what works here, what does not, why and how to mend it");
     doctorCommand->add_flag("--json", doctor.json, "Print an array of objects");
 
+    PreferencesCommand preferences;
+    auto* preferencesCommand =
+        app.add_subcommand("preferences", "Show the preferences; starts the program if it is not running");
+    preferencesCommand->add_option("TAB", preferences.tab, "The page to show")
+        ->transform(CLI::Transformer({{"library", "unicode"}}))
+        ->check(CLI::IsMember(
+            {"general", "exclusions", "unicode", "replacements", "permissions", "advanced", "debug"}));
+
     auto* quitCommand = app.add_subcommand("quit", "End the running program");
 
     try {
@@ -48,6 +56,8 @@ std::expected<Command, int> parseCommandLine(int argc, char** argv) {
         return import;
     if (*doctorCommand)
         return doctor;
+    if (*preferencesCommand)
+        return preferences;
     if (*quitCommand)
         return QuitCommand{};
     return RunCommand{};

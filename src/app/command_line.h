@@ -22,8 +22,12 @@ struct ImportCommand {
 struct DoctorCommand {
     bool json = false;
 };
+struct PreferencesCommand {
+    std::string tab; ///< empty: the one shown last
+};
 struct QuitCommand {};
-using Command = std::variant<RunCommand, SearchCommand, ImportCommand, DoctorCommand, QuitCommand>;
+using Command =
+    std::variant<RunCommand, SearchCommand, ImportCommand, DoctorCommand, PreferencesCommand, QuitCommand>;
 
 /// Exit status of the program.
 namespace status {

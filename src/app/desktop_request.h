@@ -5,9 +5,10 @@
 extern "C" {
 
 enum GlymaDesktopTask {
-    glymaDesktopRun,      ///< the program itself, until it is told to end
-    glymaDesktopQuit,     ///< tell the running program to end and wait until it has
-    glymaDesktopDiagnose, ///< look at what the desktop offers
+    glymaDesktopRun,         ///< the program itself, until it is told to end
+    glymaDesktopQuit,        ///< tell the running program to end and wait until it has
+    glymaDesktopDiagnose,    ///< look at what the desktop offers
+    glymaDesktopPreferences, ///< show the preferences of the running program, or of one that starts for it
 };
 
 struct GlymaDesktopRequest {
@@ -16,6 +17,8 @@ struct GlymaDesktopRequest {
     GlymaDesktopTask task;
     int argc;
     char** argv;
+    /// For glymaDesktopPreferences: the page; empty: the one shown last.
+    const char* tab;
     /// For glymaDesktopDiagnose: told each finding; `state` is a Diagnosis::State. Texts hold during the
     /// call.
     void (*report)(void* context, const char* name, int state, const char* why, const char* mend);

@@ -17,6 +17,11 @@ struct Runner {
     LogSink& logSink;
 
     int operator()(const RunCommand&) const { return callDesktopFor(glymaDesktopRun); }
+    int operator()(const PreferencesCommand& command) const {
+        auto preferences = request(glymaDesktopPreferences);
+        preferences.tab = command.tab.c_str();
+        return callDesktopWith(preferences);
+    }
     int operator()(const QuitCommand&) const { return callDesktopFor(glymaDesktopQuit); }
     int operator()(const SearchCommand& command) const {
         Foundation foundation(logSink);
@@ -40,12 +45,15 @@ private:
                 .task = task,
                 .argc = argc,
                 .argv = argv,
+                .tab = "",
                 .report = nullptr,
                 .context = nullptr};
     }
 
-    int callDesktopFor(GlymaDesktopTask task) const {
-        const auto result = callDesktop(request(task));
+    int callDesktopFor(GlymaDesktopTask task) const { return callDesktopWith(request(task)); }
+
+    static int callDesktopWith(const GlymaDesktopRequest& request) {
+        const auto result = callDesktop(request);
         return result ? *result : fail(result.error());
     }
 

@@ -16,8 +16,8 @@ Permission granted(const char* finding) {
 
 } // namespace
 
-PreferencesDesk::PreferencesDesk(std::unique_ptr<simulated::SimulatedSettings> stored)
-    : settings(stored ? std::move(stored) : std::make_unique<simulated::SimulatedSettings>())
+PreferencesDesk::PreferencesDesk(std::shared_ptr<simulated::SimulatedSettings> stored)
+    : settings(stored ? std::move(stored) : std::make_shared<simulated::SimulatedSettings>())
     , debug(*settings)
     , log(logged, debug)
     , preferences(*settings, loginItem, applications, log)

@@ -63,12 +63,12 @@ public:
 /// The preferences window with all that it needs and nothing of the user's. Needs the QApplication.
 class PreferencesDesk {
 public:
-    explicit PreferencesDesk(std::unique_ptr<simulated::SimulatedSettings> stored = {});
+    explicit PreferencesDesk(std::shared_ptr<simulated::SimulatedSettings> stored = {});
 
     /// A process has the keys to itself, or (0) the focus is in a password field and nobody knows whose.
     void holdSecureInput(pid_t process, const ProcessFacts& facts);
 
-    std::unique_ptr<simulated::SimulatedSettings> settings;
+    std::shared_ptr<simulated::SimulatedSettings> settings;
     simulated::SimulatedLoginItem loginItem;
     simulated::SimulatedInstalledApplications applications;
     simulated::SimulatedLog logged;

@@ -18,6 +18,16 @@ int quit(int argc, char** argv) {
     return ended ? 0 : fail(ended.error());
 }
 
+bool isShownByRunning(const GlymaDesktopRequest& request) {
+    int argc = request.argc;
+    const QCoreApplication application(argc, request.argv);
+    return dbus::showRunningPreferences(request.tab).has_value();
+}
+
+int showPreferences(const GlymaDesktopRequest& request) {
+    return isShownByRunning(request) ? 0 : runDesktop(request.argc, request.argv, request.tab);
+}
+
 int diagnose(const GlymaDesktopRequest& request) {
     int argc = request.argc;
     const QCoreApplication application(argc, request.argv);
@@ -38,8 +48,10 @@ extern "C" __attribute__((visibility("default"))) int glymaDesktopMain(const Gly
         return glyma::quit(request->argc, request->argv);
     case glymaDesktopDiagnose:
         return glyma::diagnose(*request);
+    case glymaDesktopPreferences:
+        return glyma::showPreferences(*request);
     case glymaDesktopRun:
         break;
     }
-    return glyma::runDesktop(request->argc, request->argv);
+    return glyma::runDesktop(request->argc, request->argv, std::nullopt);
 }

@@ -1,8 +1,18 @@
 #include "app/desktop/desktop_program.h"
 
+#include "app/permission_diagnosis.h"
 #include "app/terminal.h"
+#include "platform/linux/dbus/notification.h"
+#include "platform/linux/x11/activate_window.h"
+#include "platform/linux/x11/key_codes.h"
+#include "preferences/qt/preferences_pages.h"
 
+#include <QApplication>
+#include <QDesktopServices>
+#include <QUrl>
 #include <fmt/format.h>
+
+#include <utility>
 
 namespace glyma {
 
@@ -23,11 +33,26 @@ std::string ownIdentifier(const xdg::DesktopEntries& applications) {
         .value_or("glyma");
 }
 
+constexpr Milliseconds timeForTray{5000};
+
+/// Menus are all that the program itself takes the keyboard for, but for the moment of an insertion.
+void closeMenus() {
+    while (auto* menu = QApplication::activePopupWidget())
+        if (!menu->close())
+            return;
+}
+
 qt::FontChoice fontChoice(fonts::FontFamilies& families) {
     return {.emojiFamily = QString::fromStdString(families.emojiFontFamily()),
             .familyFor = [&families](std::string_view text) {
                 return QString::fromStdString(families.familyFor(text));
             }};
+}
+
+/// \param scanCode, keysym  those of Qt's X11 platform: an X key code and a keysym.
+qt::PressedKey pressedKey(std::uint32_t scanCode, std::uint32_t keysym) {
+    return {.keyCode = x11::codeOfPress(static_cast<xcb_keycode_t>(scanCode), keysym),
+            .characters = x11::textOfKeysym(keysym)};
 }
 
 } // namespace
@@ -51,9 +76,21 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                          [&applications = foundation.applications](const x11::WindowIdentity& window) {
                              return identifierOf(applications, window);
                          })
+    , grabs_(scheduler_)
+    , secureInput_({.scheduler = scheduler_,
+                    .grabs = grabs_,
+                    .processes = processes_,
+                    .focusIsPasswordField = [this] { return accessibility_.focusIsPasswordField(); },
+                    .focusedProcess = [this] { return frontApplications_.current().process; },
+                    .releaseOwnGrabs = closeMenus})
+    , permissions_(inputMonitoring_, accessibilityBus_, secureInput_)
     , tap_({.display = {},
             .report = [this](std::string_view message) { report(message); },
-            .connectionLost = {}})
+            .connectionLost =
+                [this] {
+                    scheduler_.post(
+                        [this] { inputMonitoring_.setObstacle("the connection to the X server was lost"); });
+                }})
     , keys_(tap_.link())
     , text_({.scheduler = scheduler_,
              .accessibility = accessibility_,
@@ -89,8 +126,19 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                 .ownIdentifier = ownIdentifier(foundation.applications),
                 .showCharacterInfoForSelection = [] {},
                 .closeCharacterInfo = [] {}})
-    , tray_(std::move(onQuit)) {
-    tap_.setSuppressed([this] { return accessibility_.focusIsPasswordField(); });
+    , delegate_(delegateServices(std::move(onQuit)))
+    , tray_(scheduler_,
+            {.openPreferences = [this](const std::string& tab) { delegate_.openPreferences(tab); },
+             .openUpdatePage = [this] { delegate_.openUpdatePage(); },
+             .quit = [this] { delegate_.quit(); }})
+    , preferences_({.settings = foundation.settings,
+                    .debug = foundation.debug,
+                    .log = foundation.log,
+                    .activate = [](WId window) { x11::activateWindow(static_cast<xcb_window_t>(window)); }},
+                   preferencesPages()) {
+    tap_.setSuppressed([this] { return secureInput_.mustNotListen(); });
+    delegateSubscription_ = delegate_.changed.connect([this] { updateTray(); });
+    preferencesSubscription_ = foundation.preferences.changed.connect([this] { updateTray(); });
     // An application that was never asked before takes its time: ask before the user wants anything.
     frontSubscription_ = frontApplications_.observe(
         [this](const FrontApplication& application) { accessibility_.prepare(application.process); });
@@ -102,25 +150,97 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
 }
 
 DesktopProgram::~DesktopProgram() {
-    monitor_.stop();
+    delegate_.applicationWillTerminate();
+}
+
+AppDelegateServices DesktopProgram::delegateServices(std::function<void()> onQuit) {
+    return {.scheduler = scheduler_,
+            .log = foundation_.log,
+            .preferences = foundation_.preferences,
+            .loginItem = foundation_.loginItem,
+            .catalogue = catalogue_,
+            .permissions = permissions_,
+            .startMonitor = [this] { return startMonitor(); },
+            .stopMonitor = [this] { monitor_.stop(); },
+            .openAddress =
+                [](const std::string& address) {
+                    QDesktopServices::openUrl(QUrl(QString::fromStdString(address)));
+                },
+            .showPreferences = [this](const std::string& tab) { showPreferences(tab); },
+            .quit = std::move(onQuit),
+            .updateHost = GLYMA_UPDATE_HOST,
+            .version = GLYMA_VERSION};
+}
+
+std::vector<qt::PreferencesPage> DesktopProgram::preferencesPages() {
+    return qt::makePreferencesPages({.preferences = foundation_.preferences,
+                                     .debug = foundation_.debug,
+                                     .catalogue = catalogue_,
+                                     .permissions = permissions_,
+                                     .program = delegate_,
+                                     .recorder = {.flags = flags_, .bell = bell_, .identify = pressedKey},
+                                     .version = QStringLiteral(GLYMA_VERSION)});
 }
 
 void DesktopProgram::start() {
-    catalogue_.start();
+    updateTray();
     accessibility_.prepare(frontApplications_.current().process);
-    listen();
+    delegate_.applicationDidFinishLaunching();
+    if (const auto& hearing = permissions_.inputMonitoring(); !hearing.isGranted)
+        say(hearing.finding + ". " + hearing.remedy);
     scheduler_.post([this] { window_.warmUp(); });
+    // A session may start its tray after us.
+    trayCheck_ = scheduler_.after(timeForTray, [this] { sayThatNoTrayIsThere(); });
 }
 
-void DesktopProgram::listen() {
-    const auto started = monitor_.start();
-    if (started)
+std::expected<void, std::string> DesktopProgram::startMonitor() {
+    auto started = monitor_.start();
+    inputMonitoring_.setObstacle(started ? std::string() : started.error());
+    if (!started)
+        say(started.error());
+    return started;
+}
+
+/// Once, though it is tried again and again. The log may be the journal, where nobody who starts the program
+/// in a terminal looks.
+void DesktopProgram::say(const std::string& obstacle) {
+    if (std::exchange(said_, obstacle) == obstacle)
         return;
-    tray_.setProblem(QString::fromStdString(started.error()));
-    report(fmt::format("Glyma: ⚠️ typing is not heard: starting the keyboard tap failed — {}",
-                       started.error()));
-    // The log may be the journal, where nobody who starts the program in a terminal looks.
-    fail(started.error());
+    report(
+        fmt::format("Glyma: ⚠️ typing is not heard: starting the keyboard tap failed — {}", obstacle));
+    fail(obstacle);
+}
+
+void DesktopProgram::showPreferences(const std::string& tab) {
+    if (tab.empty())
+        preferences_.show();
+    else
+        preferences_.show(tab);
+}
+
+std::string DesktopProgram::diagnosis() const {
+    return diagnosesAsJson(diagnosePermissions(permissions_.inputMonitoring(), permissions_.accessibility(),
+                                               permissions_.secureInput()));
+}
+
+void DesktopProgram::sayThatNoTrayIsThere() {
+    constexpr auto saidKey = "glymaToldAboutMissingTray";
+    if (TrayIcon::isShown() || foundation_.settings.value(saidKey))
+        return;
+    foundation_.settings.set(saidKey, true);
+    dbus::notify(
+        QCoreApplication::translate("glyma::DesktopProgram", "Glyma is running"),
+        QCoreApplication::translate("glyma::DesktopProgram",
+                                    "This desktop has no tray that could show its icon. Start Glyma again to "
+                                    "open its preferences."));
+}
+
+void DesktopProgram::updateTray() {
+    tray_.show({.isImporting = delegate_.isImporting(),
+                .permissionsNeeded = delegate_.permissionsNeeded(),
+                .secureInputBlocked = delegate_.secureInputBlocked(),
+                .menuBarIcon = foundation_.preferences.menuBarIcon(),
+                .triggerCharacter = foundation_.preferences.triggerCharacter()});
 }
 
 void DesktopProgram::report(std::string_view message) {

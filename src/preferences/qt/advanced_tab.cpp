@@ -90,7 +90,7 @@ void AdvancedTab::refresh() {
 }
 
 void AdvancedTab::askToDelete() {
-    auto* question = new QMessageBox(QMessageBox::Warning, tr("Delete App Container and Quit?"),
+    auto* question = new QMessageBox(QMessageBox::Warning, tr("Glyma Settings"),
                                      tr("Delete App Container and Quit?"), QMessageBox::NoButton, this);
     question->setInformativeText(tr("The Unicode database and all preferences (excluded apps, excluded "
                                     "websites, trigger character, etc.) "

@@ -54,6 +54,9 @@ QWidget* DebugTab::makeSection(History& history, const QString& heading) {
     history.list->viewport()->setAutoFillBackground(false);
     history.list->setUniformItemSizes(true);
     history.list->setAccessibleName(heading);
+    auto larger = history.list->font();
+    larger.setPointSizeF(larger.pointSizeF() * 1.25);
+    history.list->setFont(larger);
 
     auto* section = new QWidget;
     auto* column = new QVBoxLayout(section);

@@ -41,8 +41,8 @@ EditReplacementSheet::EditReplacementSheet(UserReplacement draft,
     form->addRow(tr("&Keywords"), keywords_);
     form->addRow(tr("&Text"), text_);
     auto* buttons = new QDialogButtonBox;
-    buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole);
-    buttons->addButton(tr("&Save"), QDialogButtonBox::AcceptRole)->setDefault(true);
+    buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole)->setAutoDefault(false);
+    auto* save = buttons->addButton(tr("&Save"), QDialogButtonBox::AcceptRole);
     connect(buttons, &QDialogButtonBox::accepted, this, &EditReplacementSheet::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &EditReplacementSheet::reject);
     for (const auto key : {Qt::Key_Return, Qt::Key_Enter})
@@ -53,6 +53,7 @@ EditReplacementSheet::EditReplacementSheet(UserReplacement draft,
     layout->addWidget(heading);
     layout->addLayout(form);
     layout->addWidget(buttons);
+    save->setDefault(true);
     resize(440, sizeHint().height());
 }
 

@@ -17,9 +17,12 @@ using std::chrono_literals::operator""s;
 
 constexpr auto refreshInterval = 2s;
 
-/// Shows the text, as far as there is one.
+/// Shows the text as a sentence of its own, as far as there is one.
 void showText(QLabel& label, const std::string& text) {
-    label.setText(QString::fromStdString(text));
+    auto sentence = QString::fromStdString(text);
+    if (!sentence.isEmpty())
+        sentence[0] = sentence[0].toUpper();
+    label.setText(sentence);
     label.setVisible(!text.empty());
 }
 

@@ -63,7 +63,9 @@ QSize roomOnScreen(const QWidget& window) {
 } // namespace
 
 PreferencesWindow::PreferencesWindow(PreferencesWindowServices services, std::vector<PreferencesPage> pages)
-    : services_(std::move(services))
+    : QWidget(nullptr, Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                           Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint)
+    , services_(std::move(services))
     , pages_(std::move(pages)) {}
 
 std::string PreferencesWindow::currentPage() const {

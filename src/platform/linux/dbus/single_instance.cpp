@@ -28,14 +28,22 @@ std::expected<QDBusConnection, std::string> busWithRunningProgram() {
     return bus;
 }
 
-std::expected<void, std::string> call(const QDBusConnection& bus, const char* method) {
+std::expected<QVariantList, std::string> call(const QDBusConnection& bus, const char* method,
+                                              const QVariantList& arguments = {}) {
     auto message = QDBusMessage::createMethodCall(serviceName, objectPath, serviceName, method);
+    message.setArguments(arguments);
     message.setAutoStartService(false);
     const auto timeout = static_cast<int>(std::chrono::milliseconds(answerTime).count());
     const auto answer = bus.call(message, QDBus::Block, timeout);
     if (answer.type() == QDBusMessage::ErrorMessage)
         return std::unexpected("the running program does not answer: " + answer.errorMessage().toStdString());
-    return {};
+    return answer.arguments();
+}
+
+std::expected<void, std::string> tell(const QDBusConnection& bus, const char* method,
+                                      const QVariantList& arguments = {}) {
+    const auto answer = call(bus, method, arguments);
+    return answer ? std::expected<void, std::string>() : std::unexpected(answer.error());
 }
 
 /// A descriptor of a process, negative when the system gives none.
@@ -52,10 +60,9 @@ bool endsInTime(int process) {
 
 } // namespace
 
-SingleInstance::SingleInstance(std::function<void()> onActivate, std::function<void()> onQuit)
+SingleInstance::SingleInstance(Requests requests)
     : bus_(QDBusConnection::sessionBus())
-    , onActivate_(std::move(onActivate))
-    , onQuit_(std::move(onQuit)) {}
+    , requests_(std::move(requests)) {}
 
 SingleInstance::~SingleInstance() {
     if (!ownsName_)
@@ -87,24 +94,56 @@ QString SingleInstance::introspect(const QString& path) const {
     if (path != objectPath)
         return {};
     return QStringLiteral(
-               "<interface name=\"%1\"><method name=\"Activate\"/><method name=\"Quit\"/></interface>")
+               "<interface name=\"%1\">"
+               "<method name=\"Activate\"/>"
+               "<method name=\"ShowPreferences\"><arg name=\"tab\" type=\"s\" direction=\"in\"/></method>"
+               "<method name=\"Diagnose\"><arg name=\"json\" type=\"s\" direction=\"out\"/></method>"
+               "<method name=\"Quit\"/>"
+               "</interface>")
         .arg(QString::fromLatin1(serviceName));
 }
 
+std::function<void()> SingleInstance::jobFor(const QDBusMessage& message) const {
+    const auto arguments = message.arguments();
+    const auto method = message.member();
+    if (method == "Activate" && message.signature().isEmpty())
+        return requests_.activate;
+    if (method == "Quit" && message.signature().isEmpty())
+        return requests_.quit;
+    if (method == "ShowPreferences" && message.signature() == "s")
+        return [this, tab = arguments[0].toString().toStdString()] { requests_.showPreferences(tab); };
+    return nullptr;
+}
+
 bool SingleInstance::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
-    if (message.path() != objectPath || message.interface() != serviceName || !message.arguments().isEmpty())
+    if (message.path() != objectPath || message.interface() != serviceName)
         return false;
-    const auto& action = message.member() == "Activate" ? onActivate_ : onQuit_;
-    if (message.member() != "Activate" && message.member() != "Quit")
+    if (message.member() == "Diagnose" && message.signature().isEmpty())
+        return connection.send(message.createReply(QString::fromStdString(requests_.diagnose())));
+    const auto job = jobFor(message);
+    if (!job)
         return false;
     connection.send(message.createReply());
-    action();
+    job();
     return true;
 }
 
 std::expected<void, std::string> activateRunning() {
     const auto bus = busWithRunningProgram();
-    return bus ? call(*bus, "Activate") : std::unexpected(bus.error());
+    return bus ? tell(*bus, "Activate") : std::unexpected(bus.error());
+}
+
+std::expected<void, std::string> showRunningPreferences(const std::string& tab) {
+    const auto bus = busWithRunningProgram();
+    return bus ? tell(*bus, "ShowPreferences", {QString::fromStdString(tab)}) : std::unexpected(bus.error());
+}
+
+std::optional<std::string> diagnosisOfRunning() {
+    const auto bus = busWithRunningProgram();
+    const auto answer = bus ? call(*bus, "Diagnose") : std::unexpected(bus.error());
+    if (!answer || answer->isEmpty())
+        return std::nullopt;
+    return answer->constFirst().toString().toStdString();
 }
 
 std::expected<void, std::string> quitRunning() {
@@ -113,7 +152,7 @@ std::expected<void, std::string> quitRunning() {
         return std::unexpected(bus.error());
     const QDBusReply<uint> process = bus->interface()->servicePid(serviceName);
     const int descriptor = process.isValid() ? descriptorOf(process.value()) : -1;
-    const auto told = call(*bus, "Quit");
+    const auto told = tell(*bus, "Quit");
     const bool ended = !told || descriptor < 0 || endsInTime(descriptor);
     if (descriptor >= 0)
         ::close(descriptor);

@@ -5,6 +5,7 @@
 
 #include <expected>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace glyma::dbus {
@@ -23,10 +24,18 @@ public:
         noBus,          ///< nobody can tell
     };
 
-    /// \param onActivate  somebody has started the program again.
-    /// \param onQuit      somebody wants it to end. Both are called on the main thread, after the caller was
+    /// What others may ask of the program. Called on the main thread; all but `diagnose` after the caller was
     /// answered.
-    SingleInstance(std::function<void()> onActivate, std::function<void()> onQuit);
+    struct Requests {
+        /// It has been started again.
+        std::function<void()> activate;
+        /// \param tab  which page; as the caller wrote it.
+        std::function<void(const std::string& tab)> showPreferences;
+        std::function<void()> quit;
+        /// \return what works and what does not, a JSON array.
+        std::function<std::string()> diagnose;
+    };
+    explicit SingleInstance(Requests requests);
     /// Gives the name back.
     ~SingleInstance() override;
 
@@ -36,14 +45,21 @@ public:
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
 private:
+    std::function<void()> jobFor(const QDBusMessage& message) const;
+
     QDBusConnection bus_;
-    std::function<void()> onActivate_;
-    std::function<void()> onQuit_;
+    Requests requests_;
     bool ownsName_ = false;
 };
 
 /// Tells the running program that it was started again. The error says why it could not be told.
 std::expected<void, std::string> activateRunning();
+
+/// Tells the running program to show its preferences.
+std::expected<void, std::string> showRunningPreferences(const std::string& tab);
+
+/// What the running program says of itself; absent when none runs, or it does not answer.
+std::optional<std::string> diagnosisOfRunning();
 
 /// Tells the running program to end and waits until it has. The error says why it has not.
 std::expected<void, std::string> quitRunning();

@@ -30,6 +30,8 @@ public:
     WindowIdentity identity(xcb_window_t window) const;
     /// 0 when unknown.
     pid_t process(xcb_window_t window) const;
+    /// It is a menu or a drop-down list, by its own word.
+    bool isMenu(xcb_window_t window) const;
     std::string windowManagerName() const;
     bool hasWindowManager() const { return windowManagerWindow() != XCB_WINDOW_NONE; }
     xcb_atom_t activeWindowAtom() const { return activeWindowAtom_; }
