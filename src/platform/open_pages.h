@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -9,8 +10,10 @@ namespace glyma {
 class OpenPages {
 public:
     virtual ~OpenPages() = default;
-    /// Their addresses; empty when nothing can be found out. May take seconds. Any thread but the main one.
-    virtual std::vector<std::string> addresses() = 0;
+    /// Looks for their addresses and returns at once.
+    /// \param onFound  told them, perhaps none, on any thread and perhaps seconds later; never once this is
+    /// gone.
+    virtual void find(std::function<void(std::vector<std::string> addresses)> onFound) = 0;
 };
 
 } // namespace glyma

@@ -170,10 +170,9 @@ AddWebsiteSheet::AddWebsiteSheet(const OfferedHosts& source, std::vector<Exclude
     showFields();
     resize(sheetWidth, sizeHint().height());
 
-    source.tasks.run([this, life = std::weak_ptr(alive_), listed = std::move(listed), &pages = source.pages,
-                      &scheduler = source.scheduler] {
-        auto hosts = hostsToOffer(pages.addresses(), listed);
-        scheduler.post([this, life, hosts = std::move(hosts)] {
+    source.pages.find([this, life = std::weak_ptr(alive_), listed = std::move(listed),
+                       &scheduler = source.scheduler](const std::vector<std::string>& addresses) {
+        scheduler.post([this, life, hosts = hostsToOffer(addresses, listed)] {
             if (life.lock())
                 offer(hosts);
         });

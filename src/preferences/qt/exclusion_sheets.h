@@ -52,7 +52,6 @@ private:
 /// Where a sheet finds the hosts that it offers. Everything referred to outlives it.
 struct OfferedHosts {
     OpenPages& pages;
-    TaskRunner& tasks;
     Scheduler& scheduler;
 };
 

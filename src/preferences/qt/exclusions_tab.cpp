@@ -140,7 +140,7 @@ void ExclusionsTab::addApp() {
 
 void ExclusionsTab::addWebsite() {
     auto* sheet = new AddWebsiteSheet(
-        {services_.pages, services_.tasks, services_.scheduler}, services_.preferences.excludedWebsites(),
+        {services_.pages, services_.scheduler}, services_.preferences.excludedWebsites(),
         [this](const std::string& text) {
             auto added = addExcludedWebsite(services_.preferences, text);
             if (added)

@@ -21,7 +21,6 @@ struct ExclusionsTabServices {
     UserPreferences& preferences;
     const InstalledApplications& applications;
     OpenPages& pages;
-    TaskRunner& tasks;
     Scheduler& scheduler;
 };
 
