@@ -30,9 +30,8 @@ CharacterDetailCollection::CharacterDetailCollection(Glyphs& glyphs, bool showsC
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(gap);
     grid_->setSpacing(gap);
-    layout->addLayout(grid_);
+    layout->addLayout(grid_, 1);
     layout->addWidget(footnote_);
-    layout->addStretch();
     footnote_->setAlignment(Qt::AlignHCenter);
     footnote_->setForegroundRole(QPalette::PlaceholderText);
     setWidget(content_);
