@@ -37,6 +37,7 @@ CharacterDetailCollection::CharacterDetailCollection(Glyphs& glyphs, bool showsC
     setWidget(content_);
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     // The window's ground shows through.
     viewport()->setAutoFillBackground(false);
@@ -55,6 +56,11 @@ void CharacterDetailCollection::setInfos(const std::vector<CharacterInfo>& infos
     columns_ = 0;
     arrange();
     verticalScrollBar()->setValue(0);
+}
+
+void CharacterDetailCollection::focusFirst() {
+    if (!cards_.empty())
+        cards_.front()->setFocus(Qt::TabFocusReason);
 }
 
 void CharacterDetailCollection::resizeEvent(QResizeEvent* event) {

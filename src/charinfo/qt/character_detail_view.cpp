@@ -91,7 +91,9 @@ QLayout* CharacterDetailView::makeHeader(Glyphs& glyphs, const CharacterInfo& in
     side->setSpacing(8);
     side->addWidget(name);
     side->addStretch();
-    side->addWidget(new CopyButtons(info.character, nameText));
+    auto* buttons = new CopyButtons(info.character, nameText);
+    side->addWidget(buttons);
+    setFocusProxy(buttons);
     auto* header = new QHBoxLayout;
     header->setSpacing(gap);
     header->addWidget(new GlyphTile(glyphs, std::string(describedPart(info.character))), 0, Qt::AlignTop);

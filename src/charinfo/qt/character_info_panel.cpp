@@ -67,7 +67,6 @@ CharacterInfoPanel::CharacterInfoPanel(Appearance& appearance, CompositorWatch& 
     closeButton_->setToolTip(tr("Close"));
     closeButton_->resize(closeButtonSize, closeButtonSize);
     connect(closeButton_, &SoftButton::clicked, this, [this] { onClose_(); });
-    setTabOrder(cards_, closeButton_);
     applyTheme();
 }
 
@@ -100,8 +99,7 @@ bool CharacterInfoPanel::hasKeyboard() const {
 
 void CharacterInfoPanel::takeKeyboard() {
     keyboard_.take(*this);
-    if (!focusWidget())
-        focusNextChild();
+    cards_->focusFirst();
 }
 
 /// Presses that a child takes, too.

@@ -37,6 +37,7 @@ CopyButtons::CopyButtons(std::string character, const QString& name, QWidget* pa
     const int widest = button_->sizeHint().width();
     button_->setText(tr("Copy"));
     button_->setMinimumWidth(std::max(widest, button_->sizeHint().width()));
+    setFocusProxy(button_);
     addMenu(name);
     justCopied_.setSingleShot(true);
     connect(&justCopied_, &QTimer::timeout, this, [this] { showState(); });
