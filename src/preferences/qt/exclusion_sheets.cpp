@@ -33,14 +33,16 @@ void prepare(QDialog& sheet, const QString& title) {
 /// "Add" and "Cancel". \return the former.
 QPushButton* addButtons(QDialog& sheet, QBoxLayout& layout) {
     auto* buttons = new QDialogButtonBox;
-    buttons->addButton(QCoreApplication::translate("glyma::qt::ExclusionSheets", "Cancel"),
-                       QDialogButtonBox::RejectRole);
+    layout.addWidget(buttons);
+    buttons
+        ->addButton(QCoreApplication::translate("glyma::qt::ExclusionSheets", "Cancel"),
+                    QDialogButtonBox::RejectRole)
+        ->setAutoDefault(false);
     auto* add = buttons->addButton(QCoreApplication::translate("glyma::qt::ExclusionSheets", "&Add"),
                                    QDialogButtonBox::AcceptRole);
     add->setDefault(true);
     QObject::connect(buttons, &QDialogButtonBox::accepted, &sheet, &QDialog::accept);
     QObject::connect(buttons, &QDialogButtonBox::rejected, &sheet, &QDialog::reject);
-    layout.addWidget(buttons);
     return add;
 }
 

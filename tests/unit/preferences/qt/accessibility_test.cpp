@@ -8,7 +8,7 @@
 namespace glyma::qt {
 namespace {
 
-const std::vector<std::string> pages{"general", "replacements", "permissions", "advanced", "debug"};
+const std::vector<std::string> pages{"general", "exclusions", "unicode", "replacements", "permissions", "advanced", "debug"};
 
 class AccessibilityTest : public WindowTest {
 protected:
