@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPushButton>
 #include <QSignalBlocker>
 
 namespace glyma::qt {
@@ -136,6 +137,15 @@ QLabel* makeProblem(QWidget* parent) {
     label->setContentsMargins(4, 0, 4, 0);
     label->hide();
     return label;
+}
+
+QPushButton* makeListButton(const QString& sign, const QString& meaning) {
+    auto* button = new QPushButton(sign);
+    button->setFixedWidth(button->sizeHint().height() + 8);
+    button->setAutoDefault(false);
+    button->setAccessibleName(meaning);
+    button->setToolTip(meaning);
+    return button;
 }
 
 void showProblem(QLabel& label, const QString& problem) {

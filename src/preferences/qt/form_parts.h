@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+class QPushButton;
+
 namespace glyma::qt {
 
 // The parts of which the pages of the preferences are built. Widgets belong to their parents, as usual in Qt;
@@ -20,6 +22,9 @@ QLabel* makeCaption(const QString& text, QWidget* parent = nullptr);
 QLabel* makeProblem(QWidget* parent = nullptr);
 /// Shows the problem and has it read out; an empty one hides the label.
 void showProblem(QLabel& label, const QString& problem);
+
+/// A small button under a list, with a sign; its meaning is read out.
+QPushButton* makeListButton(const QString& sign, const QString& meaning);
 
 /// What screen readers say of a control: its name, from a label that may have a mnemonic, and its
 /// description.
