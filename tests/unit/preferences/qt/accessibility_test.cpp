@@ -1,3 +1,4 @@
+#include "preferences/qt/page_bar.h"
 #include "window_fixture.h"
 
 #include <QLabel>
@@ -78,6 +79,30 @@ TEST_F(AccessibilityTest, SwitchesSayWhatTheyAreAndWhatTheyDo) {
     element->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
     EXPECT_TRUE(element->state().checked);
     EXPECT_TRUE(desk->debug.showRankingInfo());
+}
+
+TEST_F(AccessibilityTest, TheShownPageIsTheSelectedTabAndHasTheFocusOnlyWithTheBar) {
+    open("advanced");
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&desk->window));
+    auto* bar = QAccessible::queryAccessibleInterface(desk->window.findChild<PageBar*>());
+    EXPECT_EQ(bar->role(), QAccessible::PageTabList);
+    ASSERT_EQ(bar->childCount(), int(pages.size()));
+    auto* advanced = bar->child(3);
+    EXPECT_EQ(advanced->text(QAccessible::Name), QStringLiteral("Advanced"));
+    EXPECT_EQ(bar->indexOfChild(advanced), 3);
+    EXPECT_TRUE(advanced->state().selected);
+    EXPECT_TRUE(advanced->state().focused);
+    EXPECT_FALSE(bar->child(0)->state().selected);
+    QTest::keyClick(&desk->window, Qt::Key_Tab);
+    EXPECT_TRUE(advanced->state().selected);
+    EXPECT_FALSE(advanced->state().focused);
+    bar->child(0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(desk->window.currentPage(), "general");
+    EXPECT_FALSE(advanced->state().selected);
+    bar->child(4);
+    desk->debug.setShowDebugTab(false);
+    EXPECT_EQ(bar->childCount(), 4);
+    EXPECT_EQ(bar->child(4), nullptr);
 }
 
 TEST_F(AccessibilityTest, HeadingsAreHeadings) {

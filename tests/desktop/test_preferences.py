@@ -1,0 +1,203 @@
+#!/usr/bin/python3
+"""The preferences window by keyboard and screen reader: every setting takes effect in the running picker, and lasts."""
+
+import subprocess
+import time
+import unittest
+
+from applications import Mousepad
+from glyma import BINARY, Glyma
+from preferences_window import PreferencesWindow
+from virtual_desktop import VirtualDesktop, wait_until
+
+
+class Preferences(unittest.TestCase):
+    def setUp(self):
+        self.desktop = VirtualDesktop().__enter__()
+        self.addCleanup(self.desktop.__exit__, None, None, None)
+        self.glyma = Glyma(self.desktop)
+
+    def start(self):
+        self.glyma.start()
+        self.editor = Mousepad(self.desktop)
+        self.window = PreferencesWindow(self.desktop, self.glyma)
+
+    # What the picker does with what is typed into the editor
+
+    def opens(self, text):
+        self.editor.focus()
+        self.desktop.press("ctrl+a", "Delete")
+        self.desktop.type(text)
+        try:
+            return wait_until(self.glyma.is_open, 1.5, "the picker")
+        except TimeoutError:
+            return False
+
+    def picker_height(self, text):
+        self.assertTrue(self.opens(text))
+        # It grows to its results.
+        heights = []
+
+        def is_settled():
+            heights.append(self.glyma.picker_geometry()[3])
+            return len(heights) > 5 and len(set(heights[-5:])) == 1
+        wait_until(is_settled, 3, "the picker to settle", interval=0.05)
+        self.desktop.press("Escape")
+        wait_until(lambda: not self.glyma.is_open(), 3, "the picker to close")
+        return heights[-1]
+
+    def inserts(self, text):
+        """What stands in the editor once the first entry has been chosen."""
+        self.assertTrue(self.opens(text), text)
+        time.sleep(0.3)
+        self.desktop.press("Return")
+        wait_until(lambda: not self.glyma.is_open(), 3, "the picker to close")
+        return wait_until(lambda: self.editor.text().strip() not in ("", text) and self.editor.text().strip(), 3,
+                          f"the text inserted for {text}")
+
+    # The walk: each changes settings by keyboard, sees their effect at once, and returns what is to last
+
+    def change_trigger(self):
+        self.assertTrue(self.opens(":smile"))
+        self.window.open("general").choose("Trigger character", "Plus  +")
+        self.assertFalse(self.opens(":smile"))
+        self.assertTrue(self.opens("+smile"))
+        self.desktop.press("Escape")
+        return lambda: self.assertEqual(self.window.choice("Trigger character"), "Plus  +")
+
+    def change_rows(self):
+        before = self.picker_height("+smile")
+        self.window.open("general").enter("Visible rows", "3")
+        self.desktop.press("Return")
+        after = self.picker_height("+smile")
+        self.assertLess(after, before * 0.7)
+        self.window.open("general").enter("Visible rows", "20")
+        self.desktop.press("Return")
+        wait_until(lambda: self.window.text("Visible rows") == "3", 3, "the refused number to go back")
+        self.assertEqual(self.picker_height("+smile"), after)
+        return lambda: self.assertEqual(self.window.text("Visible rows"), "3")
+
+    def change_skin_tone(self):
+        self.window.open("general").choose("Skin tone", "Dark")
+        self.assertEqual(self.inserts("+thumbs up"), "\U0001f44d\U0001f3ff")
+        return lambda: self.assertEqual(self.window.choice("Skin tone"), "Dark")
+
+    def change_fuzzy_search(self):
+        self.window.open("general").switch("Use fuzzy search")
+        self.assertEqual(self.inserts("+rckt"), "\U0001f680")
+        return lambda: self.assertTrue(self.window.is_on("Use fuzzy search"))
+
+    def change_other_general_settings(self):
+        self.window.open("general").choose("Tray icon", "Sparkles")
+        self.window.switch("Random Unicode includes emoji", False)
+        self.window.switch("Start Glyma at login")
+        entry = self.desktop.home / ".config/autostart/glyma.desktop"
+        self.desktop.run(["desktop-file-validate", entry])
+
+        def kept():
+            self.assertEqual(self.window.choice("Tray icon"), "Sparkles")
+            self.assertFalse(self.window.is_on("Random Unicode includes emoji"))
+            self.assertTrue(self.window.is_on("Start Glyma at login"))
+            self.window.switch("Start Glyma at login", False)
+            self.assertFalse(entry.exists())
+        return kept
+
+    def change_replacements(self):
+        self.window.open("replacements").press("Add replacement")
+        self.window.enter("Name", "Zebra")
+        self.window.enter("Keywords", " zzq , ,stripes")
+        self.window.enter("Text", "striped horse")
+        self.window.press("Save")
+        wait_until(lambda: self.window.find("text", "Name") is None, 3, "the sheet to close")
+        self.assertEqual(self.inserts("+zzq"), "striped horse")
+        # The snippet stays selected: another Delete removes it, and nothing else.
+        count = len(self.glyma.settings()["userReplacements"])
+        self.window.open("replacements").press("Add replacement")
+        self.window.enter("Name", "Gone")
+        self.window.press("Save")
+        wait_until(lambda: self.window.find("text", "Name") is None, 3, "the sheet to close")
+        self.window.press("Remove selected replacements")
+        wait_until(lambda: len(self.glyma.settings()["userReplacements"]) == count, 3, "one to be removed")
+
+        def kept():
+            self.window.open("replacements")
+            self.assertTrue(self.window.says("Zebra, striped horse, zzq, stripes"))
+            self.assertFalse(self.window.says("Gone"))
+            self.assertEqual(self.inserts("+zzq"), "striped horse")
+            self.window.bring_to_front()
+        return kept
+
+    def change_debug_switches(self):
+        before = self.picker_height("+smile")
+        self.window.open("advanced").switch("Show ranking info")
+        self.assertGreater(self.picker_height("+smile"), before)
+        self.window.open("advanced").switch("Show Debug tab")
+        self.assertTrue(self.window.get("page tab", "Debug"))
+        self.inserts("+random emoji")
+        self.window.open("debug")
+        wait_until(lambda: self.window.says("1 pick"), 3, "the pick to be listed")
+
+        def kept():
+            self.window.open("debug")
+            self.assertTrue(self.window.says("1 pick"))
+            self.window.open("advanced")
+            self.assertTrue(self.window.is_on("Show ranking info"))
+        return kept
+
+    WALK = [change_trigger, change_rows, change_skin_tone, change_fuzzy_search, change_other_general_settings,
+            change_replacements, change_debug_switches]
+
+    def test_every_setting_takes_effect_at_once_and_lasts(self):
+        self.start()
+        lasting = [(change.__name__, change(self)) for change in self.WALK]
+        self.window.close()
+        self.assertEqual(self.glyma.stop(), 0)
+        self.glyma.start()
+        self.editor.focus()
+        self.assertTrue(self.opens("+smile"))
+        self.desktop.press("Escape")
+        self.window.open("general")
+        for name, kept in lasting:
+            with self.subTest(name):
+                kept()
+
+    def test_a_second_start_opens_it_with_the_page_shown_last(self):
+        self.start()
+        self.window.open("advanced").close()
+        subprocess.run([BINARY], env=self.desktop.environment, timeout=10, check=True, stderr=subprocess.DEVNULL)
+        wait_until(self.window.is_open, 3, "the preferences")
+        wait_until(lambda: self.window.focused(), 3, "the window to get the keyboard by itself")
+        self.assertTrue(self.window.has(self.window.get("page tab", "Advanced"), "SELECTED"))
+        self.desktop.press("alt+p")
+        wait_until(lambda: self.window.says("Accessibility"), 3, "the permissions")
+        self.desktop.press("Escape")
+        wait_until(lambda: not self.window.is_open(), 3, "the preferences to close")
+        self.assertIsNone(self.glyma.process.poll())
+
+    def test_settings_of_wrong_types_are_shown_as_defaults(self):
+        self.glyma.write_settings({"triggerCharacter": 7, "menuBarIcon": [], "visiblePickerRows": "many",
+                                   "skinToneModifier": {}, "useFuzzySearch": "yes", "userReplacements": "none",
+                                   "glymaSelectedPrefsTab": 3, "debug.showDebugTab": "on"})
+        self.start()
+        self.window.open()
+        self.assertEqual(self.window.choice("Trigger character"), "Colon  :")
+        self.assertEqual(self.window.text("Visible rows"), "7")
+        self.assertFalse(self.window.is_on("Use fuzzy search"))
+        self.assertIsNone(self.window.find("page tab", "Debug"))
+        self.window.open("replacements")
+        self.assertTrue(self.window.says("Shrug"))
+
+    def test_it_opens_during_the_import(self):
+        with open(self.glyma.log, "ab") as log:
+            self.glyma.process = self.desktop.start([BINARY, "preferences", "general"], stderr=log)
+        self.window = PreferencesWindow(self.desktop, self.glyma)
+        wait_until(self.window.is_open, 10, "the preferences")
+        self.window.choose("Trigger character", "Slash  /")
+        self.assertIsNone(self.glyma.process.poll())
+        self.editor = Mousepad(self.desktop)
+        wait_until(lambda: self.glyma.search("rocket"), 30, "the catalogue")
+        self.assertEqual(self.inserts("/rocket"), "\U0001f680")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
