@@ -33,18 +33,29 @@ class Preferences(unittest.TestCase):
         except TimeoutError:
             return False
 
-    def picker_height(self, text):
+    def settled_picker(self, text, look):
+        """What the look at the open picker gives once it has shown all its results."""
         self.assertTrue(self.opens(text))
-        # It grows to its results.
-        heights = []
+        looks = []
 
         def is_settled():
-            heights.append(self.glyma.picker_geometry()[3])
-            return len(heights) > 5 and len(set(heights[-5:])) == 1
+            looks.append(look())
+            return len(looks) > 5 and len(set(looks[-5:])) == 1
         wait_until(is_settled, 3, "the picker to settle", interval=0.05)
         self.desktop.press("Escape")
         wait_until(lambda: not self.glyma.is_open(), 3, "the picker to close")
-        return heights[-1]
+        return looks[-1]
+
+    def picker_height(self, text):
+        return self.settled_picker(text, lambda: self.glyma.picker_geometry()[3])
+
+    def picker_picture(self, text):
+        file = self.desktop.home / "picker.ppm"
+
+        def look():
+            self.desktop.run(["import", "-window", self.glyma.picker_windows()[0], file])
+            return file.read_bytes()
+        return self.settled_picker(text, look)
 
     def inserts(self, text):
         """What stands in the editor once the first entry has been chosen."""
@@ -120,7 +131,8 @@ class Preferences(unittest.TestCase):
         wait_until(lambda: len(self.glyma.settings()["userReplacements"]) == count, 3, "one to be removed")
 
         def kept():
-            self.window.open("replacements")
+            self.window.open("replacements").go_to("list", "Replacements")
+            self.desktop.press("End")
             self.assertTrue(self.window.says("Zebra, striped horse, zzq, stripes"))
             self.assertFalse(self.window.says("Gone"))
             self.assertEqual(self.inserts("+zzq"), "striped horse")
@@ -128,9 +140,10 @@ class Preferences(unittest.TestCase):
         return kept
 
     def change_debug_switches(self):
-        before = self.picker_height("+smile")
+        before = self.picker_picture("+smile")
+        self.assertEqual(self.picker_picture("+smile"), before)
         self.window.open("advanced").switch("Show ranking info")
-        self.assertGreater(self.picker_height("+smile"), before)
+        self.assertNotEqual(self.picker_picture("+smile"), before)
         self.window.open("advanced").switch("Show Debug tab")
         self.assertTrue(self.window.get("page tab", "Debug"))
         self.inserts("+random emoji")
