@@ -39,6 +39,15 @@ PreferencesDesk::PreferencesDesk(std::shared_ptr<simulated::SimulatedSettings> s
                                        .recorder = {.flags = flags,
                                                     .bell = bell,
                                                     .identify = [](auto, auto) { return qt::PressedKey{}; }},
+                                       .exclusions = {.preferences = preferences,
+                                                      .applications = installed ? *installed : applications,
+                                                      .pages = pages,
+                                                      .scheduler = clock},
+                                       .library = {.catalogue = catalogue,
+                                                   .infos = infos_,
+                                                   .preferences = preferences,
+                                                   .flags = flags,
+                                                   .fonts = std::move(fonts)},
                                        .version = QStringLiteral("1.2.3")})) {
     inputMonitoring.set(granted("X.Org 21.1 with XInput 2.4 and XTEST"));
     accessibility.set(granted("the accessibility bus is on"));

@@ -179,6 +179,15 @@ std::vector<qt::PreferencesPage> DesktopProgram::preferencesPages() {
                                      .permissions = permissions_,
                                      .program = delegate_,
                                      .recorder = {.flags = flags_, .bell = bell_, .identify = pressedKey},
+                                     .exclusions = {.preferences = foundation_.preferences,
+                                                    .applications = foundation_.applications,
+                                                    .pages = accessibility_,
+                                                    .scheduler = scheduler_},
+                                     .library = {.catalogue = catalogue_,
+                                                 .infos = infos_,
+                                                 .preferences = foundation_.preferences,
+                                                 .flags = flags_,
+                                                 .fonts = fontChoice(fontFamilies_)},
                                      .version = QStringLiteral(GLYMA_VERSION)});
 }
 

@@ -96,7 +96,21 @@ private:
 class SimulatedInstalledApplications : public InstalledApplications {
 public:
     bool isInstalled(std::string_view identifier) const override { return identifiers.contains(identifier); }
+    std::optional<InstalledApplication> find(std::string_view identifier) const override {
+        if (!isInstalled(identifier))
+            return std::nullopt;
+        const auto known = names.find(identifier);
+        return InstalledApplication{std::string(identifier),
+                                    known == names.end() ? std::string(identifier) : known->second, ""};
+    }
+    std::vector<InstalledApplication> withWindows() const override {
+        std::vector<InstalledApplication> applications;
+        for (const auto& identifier : identifiers)
+            applications.push_back(*find(identifier));
+        return applications;
+    }
     std::set<std::string, std::less<>> identifiers;
+    std::map<std::string, std::string, std::less<>> names; ///< absent: as the identifier
 };
 
 /// Fonts that draw everything but what is named here.

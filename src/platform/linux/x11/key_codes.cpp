@@ -208,7 +208,13 @@ std::optional<std::uint16_t> codeOfActingKeysym(xkb_keysym_t keysym) {
 }
 
 std::uint16_t codeOfPress(xcb_keycode_t key, xkb_keysym_t keysym) {
-    return codeOfActingKeysym(keysym).value_or(codeAtPosition(key));
+    if (const auto acting = codeOfActingKeysym(keysym))
+        return *acting;
+    const auto byPlace = codeAtPosition(key);
+    // A key that acts elsewhere but types here has been given another meaning (an Escape that types a grave).
+    const bool isGivenAway =
+        codeOfActingKeysym(americanKeysym(byPlace)) && xkb_keysym_to_utf32(keysym) >= U' ';
+    return isGivenAway ? keycode::unknown : byPlace;
 }
 
 std::string textOfKeysym(xkb_keysym_t keysym) {

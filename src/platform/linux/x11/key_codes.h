@@ -25,7 +25,7 @@ xkb_keysym_t americanKeysym(std::uint16_t code);
 /// Up.
 std::optional<std::uint16_t> codeOfActingKeysym(xkb_keysym_t keysym);
 
-/// The canonical code of a press, as the tap gives it: what the key does when it acts, else where it is.
+/// The canonical code of a key that gives this keysym now: what it does when it acts, else where it is.
 std::uint16_t codeOfPress(xcb_keycode_t key, xkb_keysym_t keysym);
 
 /// What the keysym types, UTF-8; empty for one that types nothing.
