@@ -88,6 +88,8 @@ std::expected<std::optional<ImportSummary>, std::string> import(Foundation& foun
     return *imported;
 }
 
+} // namespace
+
 fs::path storeFile(const Foundation& foundation) {
     return foundation.folders.data / "Glyma.store";
 }
@@ -104,8 +106,6 @@ int ensureCatalogue(Foundation& foundation) {
     const auto imported = import(foundation, /*force=*/false, progress);
     return imported ? status::done : fail(imported.error());
 }
-
-} // namespace
 
 int runSearch(const SearchCommand& command, Foundation& foundation) {
     if (const int ready = ensureCatalogue(foundation); ready != status::done)

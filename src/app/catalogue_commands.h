@@ -3,7 +3,15 @@
 #include "app/command_line.h"
 #include "app/foundation.h"
 
+#include <filesystem>
+
 namespace glyma {
+
+/// Where the commands find the catalogue.
+std::filesystem::path storeFile(const Foundation& foundation);
+
+/// Builds the catalogue when there is none. \return the exit status; not done: the reason has been said.
+int ensureCatalogue(Foundation& foundation);
 
 /// Prints what matches. Builds the catalogue first when there is none. Learns nothing. \return the exit
 /// status.

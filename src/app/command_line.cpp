@@ -23,6 +23,19 @@ std::expected<Command, int> parseCommandLine(int argc, char** argv) {
     searchCommand->add_flag("--fuzzy", search.fuzzy, "Let letters be left out");
     searchCommand->add_option("QUERY", words, "What would be typed after the trigger")->required();
 
+    InfoCommand info;
+    std::vector<std::string> texts;
+    auto* infoCommand = app.add_subcommand("info", "Tell what the characters of a text are");
+    auto* asJson = infoCommand->add_flag("--json", info.json, "Print an array of objects");
+    infoCommand->add_option("--limit", info.limit, "Tell of so many distinct characters at most")
+        ->check(CLI::PositiveNumber);
+    auto* selection = infoCommand->add_flag("--selection", info.selection,
+                                            "Take what was selected last, in any application");
+    infoCommand->add_flag("--panel", info.panel, "Let the running program show it in its window")
+        ->excludes(asJson);
+    infoCommand->add_option("TEXT", texts, "The text; without it, standard input is read")
+        ->excludes(selection);
+
     ImportCommand import;
     auto* importCommand =
         app.add_subcommand("import", "Build the catalogue of characters, if there is none yet");
@@ -51,6 +64,11 @@ std::expected<Command, int> parseCommandLine(int argc, char** argv) {
     if (*searchCommand) {
         search.query = fmt::format("{}", fmt::join(words, " "));
         return search;
+    }
+    if (*infoCommand) {
+        if (!texts.empty())
+            info.text = fmt::format("{}", fmt::join(texts, " "));
+        return info;
     }
     if (*importCommand)
         return import;

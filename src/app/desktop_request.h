@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 /// The interface between the program and its desktop module, which is loaded only when a command needs it:
 /// plain C types, because each side has a copy of the core of its own.
 extern "C" {
@@ -9,6 +11,8 @@ enum GlymaDesktopTask {
     glymaDesktopQuit,        ///< tell the running program to end and wait until it has
     glymaDesktopDiagnose,    ///< look at what the desktop offers
     glymaDesktopPreferences, ///< show the preferences of the running program, or of one that starts for it
+    glymaDesktopSelection,   ///< read what was selected last
+    glymaDesktopShowInfo,    ///< have the running program show what the characters of a text are
 };
 
 struct GlymaDesktopRequest {
@@ -23,6 +27,11 @@ struct GlymaDesktopRequest {
     /// call.
     void (*report)(void* context, const char* name, int state, const char* why, const char* mend);
     void* context;
+    /// For glymaDesktopSelection: told the text, UTF-8, which holds during the call; not called when nothing
+    /// is selected.
+    void (*receive)(void* context, const char* text, std::size_t size);
+    /// For glymaDesktopShowInfo: UTF-8, ended by a null character.
+    const char* text;
 };
 
 /// \return the exit status of the program.

@@ -29,6 +29,8 @@ public:
 
     /// Its text, UTF-8, if the application in front is where it was selected.
     virtual std::optional<std::string> inFrontApplication() = 0;
+    /// Its text, wherever it was selected.
+    virtual std::optional<std::string> anywhere() = 0;
 };
 
 } // namespace glyma

@@ -22,6 +22,10 @@ void CharacterInfoPresenter::showCharacterInfoForSelection() {
     show(std::move(infos));
 }
 
+void CharacterInfoPresenter::showCharacterInfoForLastSelection() {
+    showCharacterInfo(services_.lastSelection.anywhere().value_or(std::string()));
+}
+
 std::string CharacterInfoPresenter::selectedText() const {
     if (auto text = services_.text.selectedText())
         return *std::move(text);
@@ -36,7 +40,10 @@ void CharacterInfoPresenter::show(std::vector<CharacterInfo> infos) {
     services_.window.show(shown_,
                           characterInfoFrame(services_.screens.pointerLocation(), shown_.size(), screens));
     if (!clicks_)
-        clicks_ = services_.observeClicksElsewhere([this] { closeCharacterInfo(); });
+        clicks_ = services_.mouse.observe([this](MouseEvent event) {
+            if (event == MouseEvent::leftDown || event == MouseEvent::otherDown)
+                closeCharacterInfo();
+        });
     services_.flags.isCharacterInfoShowing = true;
 }
 

@@ -3,11 +3,11 @@
 #include "charinfo/character_info_port.h"
 #include "charinfo/character_infos.h"
 #include "monitor/shared_flags.h"
+#include "platform/mouse_monitor.h"
 #include "platform/screens.h"
 #include "platform/subscription.h"
 #include "text/text_inserter.h"
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,9 +22,7 @@ struct CharacterInfoServices {
     Bell& bell;
     SharedFlags& flags; ///< isCharacterInfoShowing
     CharacterInfoWindow& window;
-    /// Calls back for every press of a mouse button outside the program's own windows, while the
-    /// subscription lives.
-    std::function<Subscription(std::function<void()>)> observeClicksElsewhere;
+    MouseMonitor& mouse;
 };
 
 /// Answers "what is this character?" for a text that the user has selected. Main thread.
@@ -37,6 +35,8 @@ public:
     /// The same for what is selected in the application in front. Asked again for what is shown already, it
     /// gives the window the keyboard, so that it can be used without a mouse.
     void showCharacterInfoForSelection();
+    /// The same for what was selected last, in any application.
+    void showCharacterInfoForLastSelection();
     void closeCharacterInfo();
 
 private:

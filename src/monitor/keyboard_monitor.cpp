@@ -1,7 +1,12 @@
 #include "monitor/keyboard_monitor.h"
 
+#include "monitor/choice_reading.h"
 #include "monitor/monitor_state.h"
+#include "monitor/query_poll.h"
 #include "monitor/selection_dispatch.h"
+#include "monitor/target_reader.h"
+#include "monitor/target_window.h"
+#include "text/delayed_jobs.h"
 #include "unicode/text.h"
 
 #include <algorithm>
@@ -10,6 +15,11 @@
 namespace glyma {
 
 namespace {
+
+/// Lets the target move its caret.
+constexpr Milliseconds clickRecheckDelay{50};
+/// Lets the window manager put the window where it stays.
+constexpr Milliseconds finalFollowDelay{100};
 
 /// A caret of a usual size at the pointer, for when nobody knows where the caret is.
 Rect caretAtPointer(Point pointer, const std::vector<Screen>& screens) {
@@ -25,7 +35,10 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
                                          MonitorServices {
     explicit Implementation(MonitorServices services)
         : MonitorServices(std::move(services))
-        , state(tap, ownIdentifier) {}
+        , state(tap, ownIdentifier)
+        , reader(tasks, scheduler)
+        , targetWindow(accessibility, reader, window)
+        , delayed(scheduler) {}
 
     // Tap thread
     Verdict hear(const KeyEvent& event);
@@ -43,10 +56,20 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     void fillPicker(Showing showing);
     void setTyped(const TypedText& typed);
     void setQuery(const TypedText& typed);
+    void searchQueryBuffer();
+    void handleTypedCharacter(bool isAutorepeat, const std::string& text, const TypedText& typed);
+    void handleBackspace(const TypedText& typed);
+    void poll(Showing showing, const TypedText& typed);
+    void queryRead();
+    void followKeysInstead(Showing showing);
+    void hearMouse(MouseEvent event);
+    void recheckAfterClick();
+    void judgeClick(const QueryReading& reading, std::uint64_t keysHeard);
     void chooseOrDismiss();
     void dismissPanel();
     void close(Showing showing);
     void didSelect(const PickerItem& item);
+    void insertWhenRead(const std::string& inserted, const PolledQuery& chosen);
     std::string textFor(const PickerItem& item, const std::string& query, bool isAltHeld);
     void appSwitch(const FrontApplication& application);
     void readSettings();
@@ -59,6 +82,13 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     Showing cancelled = 0; ///< this one and those before it are not to be shown any more
     std::string queryBuffer;
     std::ptrdiff_t keystrokeCount = 0;
+    /// While the query is followed in the target's text.
+    std::optional<QueryPoll> queryPoll;
+    TargetReader reader;
+    TargetWindow targetWindow;
+    DelayedJobs delayed;
+    std::vector<std::unique_ptr<ChoiceReading>> choices;
+    Subscription globalMouseMonitor;
     Subscription activation;
     Subscription preferencesChanged;
     Subscription flagsChanged;
@@ -105,11 +135,16 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
         logFirstCharacter(event, true);
         return post([showing, typed = heard.typed](Implementation& self) { self.showPanel(showing, typed); });
     case Effect::queryTyped:
-        if (event.isAutorepeat)
-            return postFor(showing, [typed = heard.typed](Implementation& self) { self.setTyped(typed); });
-        [[fallthrough]];
+        return postFor(showing,
+                       [typed = heard.typed, text = typedTextOf(event), isAutorepeat = event.isAutorepeat](
+                           Implementation& self) { self.handleTypedCharacter(isAutorepeat, text, typed); });
     case Effect::queryDeleted:
-        return postFor(showing, [typed = heard.typed](Implementation& self) { self.setQuery(typed); });
+        return postFor(showing, [typed = heard.typed](Implementation& self) { self.handleBackspace(typed); });
+    case Effect::queryDisturbed:
+        return postFor(showing, [](Implementation& self) {
+            if (self.queryPoll)
+                self.queryPoll->disturbed();
+        });
     case Effect::moveDown:
         return postFor(showing, [](Implementation& self) { self.picker.moveSelection(1); });
     case Effect::moveUp:
@@ -171,7 +206,9 @@ void KeyboardMonitor::Implementation::showPanel(Showing showing, const TypedText
     const auto front = frontApplications.current();
     text.setSourceAppPID(front.process);
     text.cacheSourceFocusedElement();
-    const bool isKeystrokeMode = true;
+    const bool isKeystrokeMode = !text.focusedElementReportsSelection();
+    if (!isKeystrokeMode)
+        poll(showing, typed);
     state.setKeystrokeMode(showing, isKeystrokeMode);
     log.debug("Glyma: [showPanel] isKeystrokeMode={} app={}", isKeystrokeMode,
               front.identifier.value_or("?"));
@@ -183,6 +220,12 @@ void KeyboardMonitor::Implementation::showPanel(Showing showing, const TypedText
     window.placeAtCaret(caret);
     window.orderFront();
     window.showCaretOverlay(caret);
+    targetWindow.remember();
+    if (!globalMouseMonitor)
+        globalMouseMonitor = mouse.observe([weak = weak_from_this()](MouseEvent event) {
+            if (const auto self = weak.lock())
+                self->hearMouse(event);
+        });
 }
 
 void KeyboardMonitor::Implementation::fillPicker(Showing showing) {
@@ -206,8 +249,104 @@ void KeyboardMonitor::Implementation::setTyped(const TypedText& typed) {
 
 void KeyboardMonitor::Implementation::setQuery(const TypedText& typed) {
     setTyped(typed);
+    searchQueryBuffer();
+}
+
+void KeyboardMonitor::Implementation::searchQueryBuffer() {
     picker.setTrigger(preferences.triggerCharacter());
     picker.setQuery(queryBuffer);
+}
+
+void KeyboardMonitor::Implementation::handleTypedCharacter(bool isAutorepeat, const std::string& typedText,
+                                                           const TypedText& typed) {
+    if (queryPoll)
+        queryPoll->typed(typedText);
+    else if (isAutorepeat)
+        setTyped(typed);
+    else
+        setQuery(typed);
+}
+
+void KeyboardMonitor::Implementation::handleBackspace(const TypedText& typed) {
+    if (queryPoll)
+        queryPoll->deletedLast();
+    else
+        setQuery(typed);
+}
+
+void KeyboardMonitor::Implementation::poll(Showing showing, const TypedText& typed) {
+    const auto weakly = [weak = weak_from_this()](auto action) {
+        return [weak, action] {
+            if (const auto self = weak.lock())
+                action(*self);
+        };
+    };
+    queryPoll.emplace(QueryPoll::Services{scheduler, text, reader, state, picker, log}, showing,
+                      preferences.triggerCharacter(), typed,
+                      QueryPoll::Callbacks{.changed = weakly([](Implementation& self) { self.queryRead(); }),
+                                           .left = weakly([](Implementation& self) { self.dismissPanel(); }),
+                                           .mistrusted = weakly([showing](Implementation& self) {
+                                               self.followKeysInstead(showing);
+                                           })});
+}
+
+void KeyboardMonitor::Implementation::queryRead() {
+    queryBuffer = queryPoll->query().query();
+    keystrokeCount = queryPoll->query().keystrokeCount();
+    searchQueryBuffer();
+}
+
+void KeyboardMonitor::Implementation::followKeysInstead(Showing showing) {
+    log.debug("Glyma: [AX poll] the element does not show what is typed; following the keys");
+    queryPoll.reset();
+    state.setKeystrokeMode(showing, true);
+    picker.setIsKeystrokeMode(true);
+    const auto keysHeard = state.keysHeard();
+    const auto typed = state.typed();
+    if (!typed.query().empty())
+        setQuery(typed);
+    else if (state.leaveUnlessHeard(keysHeard, true))
+        dismissPanel();
+}
+
+void KeyboardMonitor::Implementation::hearMouse(MouseEvent event) {
+    switch (event) {
+    case MouseEvent::leftUp:
+        targetWindow.followTargetWindow(false);
+        return delayed.after(finalFollowDelay, [this] { targetWindow.followTargetWindow(true); });
+    case MouseEvent::leftDragged:
+        return targetWindow.followTargetWindow(false);
+    case MouseEvent::leftDown:
+    case MouseEvent::otherDown:
+        return delayed.after(clickRecheckDelay, [this] { recheckAfterClick(); });
+    }
+}
+
+void KeyboardMonitor::Implementation::recheckAfterClick() {
+    if (!state.isPanelVisible() && !state.isPendingTrigger())
+        return;
+    reader.ask([this] { return text.textBeforeCursor(); },
+               [this, keysHeard = state.keysHeard()](const std::optional<std::string>& before) {
+                   judgeClick(queryIn(before, preferences.triggerCharacter()), keysHeard);
+               });
+}
+
+/// Closes the picker unless the caret still stands behind its query.
+void KeyboardMonitor::Implementation::judgeClick(const QueryReading& reading, std::uint64_t keysHeard) {
+    if (reading.outcome == QueryReading::Outcome::unavailable)
+        return;
+    const bool isWhereItWas = shown != 0 && ((reading.holdsQuery() && reading.query == queryBuffer) ||
+                                             (queryPoll && queryPoll->query().accountsForKeys(reading)));
+    if (isWhereItWas)
+        return;
+    const auto open = state.openShowing();
+    const bool isBehindTrigger = reading.outcome == QueryReading::Outcome::query && reading.query.empty();
+    if (!state.leaveUnlessHeard(keysHeard, isBehindTrigger)) {
+        if (queryPoll)
+            queryPoll->disturbed();
+    } else if (open) {
+        close(*open);
+    }
 }
 
 /// Decided here and not on the tap thread: the list that the main thread had not searched when Return came is
@@ -221,6 +360,9 @@ void KeyboardMonitor::Implementation::chooseOrDismiss() {
 }
 
 void KeyboardMonitor::Implementation::dismissPanel() {
+    queryPoll.reset();
+    globalMouseMonitor.reset();
+    targetWindow.forget();
     queryBuffer.clear();
     keystrokeCount = 0;
     state.setKeystrokeMode(std::exchange(shown, 0), false);
@@ -250,8 +392,29 @@ void KeyboardMonitor::Implementation::didSelect(const PickerItem& item) {
             log.redact(query), unicode::graphemeCount(query), keystrokeCount, isKeystrokeMode,
             deletion.count);
     const bool isAltHeld = picker.isAltHeld();
+    const auto polled = queryPoll ? std::optional(queryPoll->query()) : std::nullopt;
     close(shown);
-    text.insert(textFor(item, query, isAltHeld), deletion.count, deletion.expected);
+    const auto inserted = textFor(item, query, isAltHeld);
+    if (polled)
+        insertWhenRead(inserted, *polled);
+    else
+        text.insert(inserted, deletion.count, deletion.expected);
+}
+
+/// What is inserted stays the entry that was highlighted; what is deleted is what the text holds by then.
+void KeyboardMonitor::Implementation::insertWhenRead(const std::string& inserted, const PolledQuery& chosen) {
+    std::erase_if(choices, [](const auto& choice) { return choice->isDone(); });
+    const auto then = [this, inserted,
+                       target = frontApplications.current()](const std::optional<Deletion>& deletion) {
+        if (!deletion)
+            text.leaveUntouched("what has been typed is not certain");
+        else if (frontApplications.current() != target)
+            text.leaveUntouched("another application has come to the front");
+        else
+            text.insert(inserted, deletion->count, deletion->expected, TextInserter::Otherwise::nothing);
+    };
+    choices.push_back(std::make_unique<ChoiceReading>(scheduler, reader, text, preferences.triggerCharacter(),
+                                                      chosen, then));
 }
 
 /// Also records the choice, which counts even if the insertion fails.
@@ -332,6 +495,7 @@ std::expected<void, std::string> KeyboardMonitor::start() {
 void KeyboardMonitor::stop() {
     auto& self = *implementation_;
     self.isStarted = false;
+    self.globalMouseMonitor.reset();
     self.activation.reset();
     self.preferencesChanged.reset();
     self.flagsChanged.reset();

@@ -31,6 +31,7 @@ void MonitorState::announce() {
 
 Heard MonitorState::hear(const KeyEvent& event) {
     const Locked locked(*this);
+    ++keysHeard_;
     auto heard = hearOwnShortcuts(event).value_or(Heard{});
     if (heard.effect == Effect::none)
         heard = step(event);
@@ -54,7 +55,8 @@ Heard MonitorState::step(const KeyEvent& event) {
     const auto text = typedTextOf(event);
     const auto key = meaningOf(event, text, settings_.trigger, isPanelVisible_ && typed_.isLastCharacter());
     auto taken = transition(trigger(), key);
-    if (!isPanelVisible_ && isSilentHere() && key != KeyMeaning::command)
+    const bool isCommand = key == KeyMeaning::command || key == KeyMeaning::commandDelete;
+    if (!isPanelVisible_ && isSilentHere() && !isCommand)
         taken = {};
     if (taken.effect == Effect::showPanel) {
         ++showing_;
@@ -81,13 +83,13 @@ bool MonitorState::isSilentHere() const {
 }
 
 TriggerState MonitorState::trigger() const {
-    return isPanelVisible_     ? TriggerState::open
+    return isPanelVisible_     ? (isKeystrokeMode_ ? TriggerState::open : TriggerState::polled)
            : isPendingTrigger_ ? TriggerState::pending
                                : TriggerState::idle;
 }
 
 void MonitorState::setTrigger(TriggerState state) {
-    isPanelVisible_ = state == TriggerState::open;
+    isPanelVisible_ = state == TriggerState::open || state == TriggerState::polled;
     isPendingTrigger_ = state == TriggerState::pending;
 }
 
@@ -133,6 +135,11 @@ void MonitorState::setKeystrokeMode(Showing showing, bool value) {
         isKeystrokeMode_ = value;
 }
 
+TypedText MonitorState::typed() const {
+    const std::lock_guard lock(mutex_);
+    return typed_;
+}
+
 void MonitorState::close(Showing showing) {
     const Locked locked(*this);
     if (showing_ == showing)
@@ -142,6 +149,19 @@ void MonitorState::close(Showing showing) {
 void MonitorState::clearPendingTrigger() {
     const Locked locked(*this);
     isPendingTrigger_ = false;
+}
+
+std::uint64_t MonitorState::keysHeard() const {
+    const std::lock_guard lock(mutex_);
+    return keysHeard_;
+}
+
+bool MonitorState::leaveUnlessHeard(std::uint64_t keysHeard, bool isPending) {
+    const Locked locked(*this);
+    if (keysHeard_ != keysHeard)
+        return false;
+    setTrigger(isPending ? TriggerState::pending : TriggerState::idle);
+    return true;
 }
 
 void MonitorState::setTapRunning(bool isRunning) {

@@ -30,7 +30,7 @@ struct Heard {
     Verdict verdict = Verdict::pass;
     Effect effect = Effect::none;
     Showing showing = 0; ///< the picker that the effect is meant for
-    TypedText typed;     ///< after the key
+    TypedText typed;     ///< after the key, as far as keys tell
 };
 
 /// The values that the tap thread and the main thread share, behind one lock. Each operation is one short
@@ -53,9 +53,18 @@ public:
     void setSettings(TapSettings settings);
     void setFront(const FrontApplication& application);
     void setKeystrokeMode(Showing showing, bool value);
+    /// What the keys since the trigger of the latest showing have typed.
+    TypedText typed() const;
     /// Closes this picker, not one that the user has opened since.
     void close(Showing showing);
     void clearPendingTrigger();
+
+    /// How many keys were heard so far. What was read from the target before the latest of them is no reason
+    /// to close anything.
+    std::uint64_t keysHeard() const;
+    /// Closes whatever is open or pending and leaves the trigger pending, or not, if no key was heard since.
+    /// \return whether it did.
+    bool leaveUnlessHeard(std::uint64_t keysHeard, bool isPending);
     /// The tap runs, or has forgotten everything.
     void setTapRunning(bool isRunning);
 
@@ -82,6 +91,7 @@ private:
     TypedText typed_;
     Showing showing_ = 0;
     bool isTapRunning_ = false;
+    std::uint64_t keysHeard_ = 0;
     KeyClaims claims_; ///< what the tap was last told
     /// Its repeats belong to us as well, until another key is pressed.
     std::optional<std::uint16_t> consumedKey_;

@@ -46,8 +46,8 @@ AccessibleInsertion::Outcome AccessibleInsertion::run() {
     if (!element_)
         return Outcome::useClipboard;
     if (!typedTextHasArrived()) {
-        log_.debug("insertViaAX: the text before the caret is not the typed text; using clipboard");
-        return Outcome::useClipboard;
+        log_.debug("insertViaAX: the text before the caret is not the typed text");
+        return Outcome::otherText;
     }
     const auto selection = readSelectedRange(true);
     if (!selection)

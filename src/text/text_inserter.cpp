@@ -1,6 +1,7 @@
 #include "text/text_inserter.h"
 
 #include "text/page_address.h"
+#include "text/text_before_cursor.h"
 
 #include <algorithm>
 #include <utility>
@@ -226,6 +227,15 @@ std::optional<std::string> TextInserter::selectedText() const {
     text = valueAs<std::string>(
         accessibility.parameterizedValue(element, attribute::stringForTextMarkerRange, *markers));
     return text && !text->empty() ? text : std::nullopt;
+}
+
+std::optional<std::string> TextInserter::textBeforeCursor() const {
+    const auto element = focusedElement();
+    if (!element) {
+        services_.log.debug("textBeforeCursor: focused element not found");
+        return std::nullopt;
+    }
+    return TextBeforeCursor(services_.accessibility, services_.log, element, pollTickCount_).read();
 }
 
 std::optional<std::string> TextInserter::pageHost() const {

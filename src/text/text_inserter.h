@@ -12,6 +12,7 @@
 #include "text/clipboard_loan.h"
 #include "text/delayed_jobs.h"
 
+#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <mutex>
@@ -37,10 +38,15 @@ struct TextServices {
 };
 
 /// Reads and changes the text of other applications through one element: the one that had the focus when the
-/// trigger was typed. Finding and caching it may be called from the tap thread as well as the main thread;
-/// everything else belongs to the main thread.
+/// trigger was typed. Finding and caching it may be called from the tap thread as well as the main thread,
+/// reading the text before the caret from any; everything else belongs to the main thread.
 class TextInserter {
 public:
+    enum class Otherwise {
+        keys,    ///< backspaces: the count is that of keys, which the application applies in order
+        nothing, ///< the count is that of the text
+    };
+
     explicit TextInserter(TextServices services);
     ~TextInserter();
 
@@ -61,12 +67,19 @@ public:
     /// Host of the page that the cached element belongs to, without "www."; empty when the page has none;
     /// absent when the element is not inside web content.
     std::optional<std::string> pageHost() const;
+    /// What stands before the caret, from anywhere up to the caret; absent when nobody can tell.
+    std::optional<std::string> textBeforeCursor() const;
+    /// Number of the poll under way, for the log.
+    void setPollTickCount(int count) { pollTickCount_ = count; }
 
     // Insertion
     /// Replaces the `deleteCharsBefore` characters before the caret by the text, 0.05 s from now.
-    /// \param expected  what is about to be deleted, when it is known exactly.
+    /// \param expected   what is about to be deleted, when it is known exactly.
+    /// \param otherwise  what to do when something else is known to stand there by then.
     void insert(const std::string& text, std::ptrdiff_t deleteCharsBefore,
-                const std::optional<std::string>& expected);
+                const std::optional<std::string>& expected, Otherwise otherwise = Otherwise::keys);
+    /// Says that an insertion is not made, and why.
+    void leaveUntouched(std::string_view why);
 
 private:
     Accessibility::Result<ElementReference> elementAttribute(const ElementReference& element,
@@ -82,6 +95,7 @@ private:
         std::ptrdiff_t deleteCount = 0;
         FrontApplication target;
         AccessibleInsertion accessible;
+        Otherwise otherwise = Otherwise::keys;
         int resolveAttempts = 0;
         int timesUntouched = 0;
     };
@@ -90,7 +104,6 @@ private:
     void resolveLater(const std::shared_ptr<Insertion>& insertion);
     void resolve(const std::shared_ptr<Insertion>& insertion);
     bool isStillInFront(const FrontApplication& target);
-    void leaveUntouched(std::string_view why);
     void insertViaClipboard(const std::string& text, std::ptrdiff_t deleteCount);
     void pasteOverSelection(const std::string& text);
     KeyChord pasteChord() const;
@@ -101,6 +114,7 @@ private:
     mutable std::mutex mutex_;
     pid_t sourceAppPID_ = 0;
     ElementReference cachedSourceElement_;
+    std::atomic<int> pollTickCount_ = 0;
     ClipboardLoan clipboardLoan_;
     std::optional<ClipboardLoan> primaryLoan_;
     DelayedJobs jobs_;

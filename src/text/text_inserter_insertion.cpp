@@ -23,7 +23,7 @@ constexpr Milliseconds beforeGivingBack{500};
 } // namespace
 
 void TextInserter::insert(const std::string& text, std::ptrdiff_t deleteCharsBefore,
-                          const std::optional<std::string>& expected) {
+                          const std::optional<std::string>& expected, Otherwise otherwise) {
     auto& log = services_.log;
     if (log.debugEnabled())
         log.debug("insert: deleteCharsBefore={}, text=\"{}\" ({} chars, {} UTF-16)", deleteCharsBefore,
@@ -32,7 +32,8 @@ void TextInserter::insert(const std::string& text, std::ptrdiff_t deleteCharsBef
     const auto insertion =
         std::make_shared<Insertion>(text, deleteCharsBefore, services_.frontApplications.current(),
                                     AccessibleInsertion(services_.accessibility, services_.scheduler,
-                                                        services_.log, text, deleteCharsBefore, expected));
+                                                        services_.log, text, deleteCharsBefore, expected),
+                                    otherwise);
     jobs_.after(beforeInsertion, [this, insertion] {
         if (isStillInFront(insertion->target) && !insertViaAccessibility(insertion))
             insertViaClipboard(insertion->text, insertion->deleteCount);
@@ -69,6 +70,11 @@ bool TextInserter::act(const std::shared_ptr<Insertion>& insertion, AccessibleIn
         break;
     case AccessibleInsertion::Outcome::uncertain:
         resolveLater(insertion);
+        break;
+    case AccessibleInsertion::Outcome::otherText:
+        if (insertion->otherwise == Otherwise::keys)
+            return false;
+        leaveUntouched("the text before the caret is another one by now");
         break;
     case AccessibleInsertion::Outcome::useClipboard:
         return false;

@@ -26,6 +26,14 @@ def wait_until(condition, seconds, what, interval=0.02):
         time.sleep(interval)
 
 
+def connect_accessibility(desktop):
+    """Has this process read what the desktop's programs tell assistive technology, by gi.repository.Atspi."""
+    os.environ.update({name: desktop.environment[name] for name in
+                       ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "HOME")})
+    import gi
+    gi.require_version("Atspi", "2.0")
+
+
 class VirtualDesktop:
     """`with VirtualDesktop() as desktop:` - `desktop.environment` is what programs on it are started with."""
 

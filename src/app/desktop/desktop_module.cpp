@@ -3,6 +3,7 @@
 #include "app/desktop_request.h"
 #include "app/terminal.h"
 #include "platform/linux/dbus/single_instance.h"
+#include "platform/qt/selection_reader.h"
 
 #include <QCoreApplication>
 
@@ -28,6 +29,22 @@ int showPreferences(const GlymaDesktopRequest& request) {
     return isShownByRunning(request) ? 0 : runDesktop(request.argc, request.argv, request.tab);
 }
 
+int readSelection(const GlymaDesktopRequest& request) {
+    qt::SelectionReader reader("PRIMARY");
+    if (!reader.works())
+        return fail("there is no X server to ask for the selection: DISPLAY is not set or does not answer");
+    if (const auto text = reader.readText())
+        request.receive(request.context, text->data(), text->size());
+    return 0;
+}
+
+int showInfo(const GlymaDesktopRequest& request) {
+    int argc = request.argc;
+    const QCoreApplication application(argc, request.argv);
+    const auto shown = dbus::showInfoInRunning(request.text);
+    return shown ? 0 : fail(shown.error());
+}
+
 int diagnose(const GlymaDesktopRequest& request) {
     int argc = request.argc;
     const QCoreApplication application(argc, request.argv);
@@ -50,6 +67,10 @@ extern "C" __attribute__((visibility("default"))) int glymaDesktopMain(const Gly
         return glyma::diagnose(*request);
     case glymaDesktopPreferences:
         return glyma::showPreferences(*request);
+    case glymaDesktopSelection:
+        return glyma::readSelection(*request);
+    case glymaDesktopShowInfo:
+        return glyma::showInfo(*request);
     case glymaDesktopRun:
         break;
     }

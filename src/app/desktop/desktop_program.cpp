@@ -1,5 +1,6 @@
 #include "app/desktop/desktop_program.h"
 
+#include "app/catalogue_commands.h"
 #include "app/permission_diagnosis.h"
 #include "app/terminal.h"
 #include "platform/linux/dbus/notification.h"
@@ -91,6 +92,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                     scheduler_.post(
                         [this] { inputMonitoring_.setObstacle("the connection to the X server was lost"); });
                 }})
+    , mouse_(scheduler_)
     , keys_(tap_.link())
     , text_({.scheduler = scheduler_,
              .accessibility = accessibility_,
@@ -112,8 +114,22 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                    return isEmoji ? catalogue_.randomEmojiPool() : catalogue_.randomUnicodeDisplayPool();
                },
                .recacheSourceFromApp = [this] { text_.recacheSourceFromApp(); }})
+    , characterInfos_(storeFile(foundation), foundation.resources)
+    , characterInfoPanel_(appearance_, compositor_, fontChoice(fontFamilies_),
+                          [this] { characterInfo_.closeCharacterInfo(); })
+    , characterInfo_({.infos = characterInfos_,
+                      .text = text_,
+                      .lastSelection = lastSelection_,
+                      .screens = screens_,
+                      .bell = bell_,
+                      .flags = flags_,
+                      .window = characterInfoPanel_,
+                      .mouse = mouse_})
     , monitor_({.tap = tap_,
+                .mouse = mouse_,
                 .scheduler = scheduler_,
+                .tasks = tasks_,
+                .accessibility = accessibility_,
                 .frontApplications = frontApplications_,
                 .screens = screens_,
                 .text = text_,
@@ -124,8 +140,8 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                 .flags = flags_,
                 .log = foundation.log,
                 .ownIdentifier = ownIdentifier(foundation.applications),
-                .showCharacterInfoForSelection = [] {},
-                .closeCharacterInfo = [] {}})
+                .showCharacterInfoForSelection = [this] { characterInfo_.showCharacterInfoForSelection(); },
+                .closeCharacterInfo = [this] { characterInfo_.closeCharacterInfo(); }})
     , delegate_(delegateServices(std::move(onQuit)))
     , tray_(scheduler_,
             {.openPreferences = [this](const std::string& tab) { delegate_.openPreferences(tab); },
@@ -184,7 +200,7 @@ std::vector<qt::PreferencesPage> DesktopProgram::preferencesPages() {
                                                     .pages = accessibility_,
                                                     .scheduler = scheduler_},
                                      .library = {.catalogue = catalogue_,
-                                                 .infos = infos_,
+                                                 .infos = characterInfos_,
                                                  .preferences = foundation_.preferences,
                                                  .flags = flags_,
                                                  .fonts = fontChoice(fontFamilies_)},

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "app/app_delegate.h"
+#include "app/desktop/primary_selection.h"
 #include "app/desktop/tray_icon.h"
 #include "app/foundation.h"
 #include "catalogue/unicode_data_manager.h"
+#include "charinfo/character_info_presenter.h"
+#include "charinfo/qt/character_info_panel.h"
 #include "monitor/keyboard_monitor.h"
 #include "monitor/shared_flags.h"
 #include "permissions/permissions.h"
@@ -19,6 +22,7 @@
 #include "platform/linux/x11/input_monitoring.h"
 #include "platform/linux/x11/key_injector.h"
 #include "platform/linux/x11/keyboard_tap.h"
+#include "platform/linux/x11/mouse_monitor.h"
 #include "platform/linux/xdg/proc_processes.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_scheduler.h"
@@ -45,6 +49,7 @@ public:
     void start();
     /// \param tab  the page; empty: the one shown last.
     void showPreferences(const std::string& tab);
+    CharacterInfoPresenter& characterInfo() { return characterInfo_; }
     /// What `glyma doctor` is to say of the permissions, as JSON.
     std::string diagnosis() const;
     /// The user wants the data gone once the program has ended.
@@ -79,12 +84,19 @@ private:
     dbus::AccessibilityBus accessibilityBus_;
     Permissions permissions_;
     x11::KeyboardTap tap_;
+    x11::MouseMonitor mouse_;
     x11::KeyInjector keys_;
     TextInserter text_;
 
     EmojiPickerViewModel picker_;
     qt::EmojiPickerPanel window_;
     SharedFlags flags_;
+    CharacterInfos characterInfos_;
+    PrimarySelection lastSelection_;
+    qt::Appearance appearance_;
+    qt::CompositorWatch compositor_;
+    qt::CharacterInfoPanel characterInfoPanel_;
+    CharacterInfoPresenter characterInfo_;
     KeyboardMonitor monitor_;
     AppDelegate delegate_;
     TrayIcon tray_;

@@ -55,6 +55,16 @@ dbus::SingleInstance::Requests requestsFor(std::unique_ptr<DesktopProgram>& prog
                     if (program)
                         program->showPreferences(tab);
                 },
+            .showCharacterInfo =
+                [&program](const std::string& text) {
+                    if (program)
+                        program->characterInfo().showCharacterInfo(text);
+                },
+            .showSelectionInfo =
+                [&program] {
+                    if (program)
+                        program->characterInfo().showCharacterInfoForLastSelection();
+                },
             .quit = [] { QApplication::quit(); },
             .diagnose = [&program] { return program ? program->diagnosis() : std::string("[]"); }};
 }

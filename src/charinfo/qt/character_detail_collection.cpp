@@ -30,14 +30,14 @@ CharacterDetailCollection::CharacterDetailCollection(Glyphs& glyphs, bool showsC
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(gap);
     grid_->setSpacing(gap);
-    layout->addLayout(grid_);
+    layout->addLayout(grid_, 1);
     layout->addWidget(footnote_);
-    layout->addStretch();
     footnote_->setAlignment(Qt::AlignHCenter);
     footnote_->setForegroundRole(QPalette::PlaceholderText);
     setWidget(content_);
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     // The window's ground shows through.
     viewport()->setAutoFillBackground(false);
@@ -56,6 +56,11 @@ void CharacterDetailCollection::setInfos(const std::vector<CharacterInfo>& infos
     columns_ = 0;
     arrange();
     verticalScrollBar()->setValue(0);
+}
+
+void CharacterDetailCollection::focusFirst() {
+    if (!cards_.empty())
+        cards_.front()->setFocus(Qt::TabFocusReason);
 }
 
 void CharacterDetailCollection::resizeEvent(QResizeEvent* event) {

@@ -24,6 +24,9 @@ public:
 
     void setInfos(const std::vector<CharacterInfo>& infos, const std::optional<QString>& footnote);
 
+    /// Gives the first card the keyboard focus of the window.
+    void focusFirst();
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
 

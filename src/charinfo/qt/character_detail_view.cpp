@@ -7,7 +7,6 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QFontDatabase>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -75,9 +74,8 @@ CharacterDetailView::CharacterDetailView(Glyphs& glyphs, const CharacterInfo& in
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->setSpacing(gap);
     layout->addLayout(makeHeader(glyphs, info));
-    layout->addLayout(makeScalars(info));
-    layout->addLayout(makeRows(info));
-    layout->addStretch();
+    layout->addLayout(makeFacts(info));
+    layout->addStretch(1);
     setAccessibleName(QString::fromStdString(info.name));
     dimCaptions();
 }
@@ -93,7 +91,9 @@ QLayout* CharacterDetailView::makeHeader(Glyphs& glyphs, const CharacterInfo& in
     side->setSpacing(8);
     side->addWidget(name);
     side->addStretch();
-    side->addWidget(new CopyButtons(info.character, nameText));
+    auto* buttons = new CopyButtons(info.character, nameText);
+    side->addWidget(buttons);
+    setFocusProxy(buttons);
     auto* header = new QHBoxLayout;
     header->setSpacing(gap);
     header->addWidget(new GlyphTile(glyphs, std::string(describedPart(info.character))), 0, Qt::AlignTop);
@@ -101,32 +101,25 @@ QLayout* CharacterDetailView::makeHeader(Glyphs& glyphs, const CharacterInfo& in
     return header;
 }
 
-QLayout* CharacterDetailView::makeScalars(const CharacterInfo& info) {
+QLayout* CharacterDetailView::makeFacts(const CharacterInfo& info) {
     auto* grid = twoColumns();
-    for (const auto& scalar : info.scalars) {
-        auto* hex = makeCaption(QString::fromStdString(scalar.hex));
-        hex->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-        hex->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        const int row = grid->rowCount();
-        grid->addWidget(hex, row, 0, Qt::AlignTop);
-        grid->addWidget(makeText(QString::fromStdString(scalar.name)), row, 1);
-    }
+    for (const auto& scalar : info.scalars)
+        addFact(*grid, scalar.hex, scalar.name);
     if (info.omittedScalars > 0)
         grid->addWidget(makeCaption(tr("and %1 more").arg(info.omittedScalars)), grid->rowCount(), 1);
+    grid->setRowMinimumHeight(grid->rowCount(), gap - 2 * rowGap);
+    for (const auto& [label, value] : detailRows(info, translated))
+        addFact(*grid, label, value);
     return grid;
 }
 
-QLayout* CharacterDetailView::makeRows(const CharacterInfo& info) {
-    auto* grid = twoColumns();
-    for (const auto& [label, value] : detailRows(info, translated)) {
-        const int row = grid->rowCount();
-        auto* text = makeText(QString::fromStdString(value));
-        auto* caption = makeCaption(QString::fromStdString(label));
-        caption->setBuddy(text);
-        grid->addWidget(caption, row, 0, Qt::AlignTop);
-        grid->addWidget(text, row, 1);
-    }
-    return grid;
+void CharacterDetailView::addFact(QGridLayout& grid, const std::string& label, const std::string& value) {
+    const int row = grid.rowCount();
+    auto* text = makeText(QString::fromStdString(value));
+    auto* caption = makeCaption(QString::fromStdString(label));
+    caption->setBuddy(text);
+    grid.addWidget(caption, row, 0, Qt::AlignTop);
+    grid.addWidget(text, row, 1, Qt::AlignTop);
 }
 
 QLabel* CharacterDetailView::makeText(const QString& text) {

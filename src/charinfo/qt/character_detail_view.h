@@ -27,8 +27,8 @@ protected:
 
 private:
     QLayout* makeHeader(Glyphs& glyphs, const CharacterInfo& info);
-    QLayout* makeScalars(const CharacterInfo& info);
-    QLayout* makeRows(const CharacterInfo& info);
+    QLayout* makeFacts(const CharacterInfo& info);
+    void addFact(QGridLayout& grid, const std::string& label, const std::string& value);
     QLabel* makeText(const QString& text);
     QLabel* makeCaption(const QString& text);
     void dimCaptions();

@@ -1,5 +1,6 @@
 #include "charinfo/qt/character_info_panel.h"
 
+#include "charinfo/qt/soft_button.h"
 #include "picker/qt/picker_layout.h"
 #include "picker/qt/screen_at.h"
 
@@ -7,7 +8,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
-#include <QToolButton>
+#include <QScrollBar>
 #include <QWindow>
 
 #include <utility>
@@ -40,6 +41,15 @@ QPalette paletteOf(const Theme& theme) {
     return palette;
 }
 
+QString scrollBarStyle(const QColor& handle) {
+    return QStringLiteral("QScrollBar:vertical { background: transparent; width: 10px; margin: 0 }"
+                          "QScrollBar::handle:vertical { background: %1; border-radius: 3px; margin: 0 2px;"
+                          " min-height: 32px }"
+                          "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0 }"
+                          "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: none }")
+        .arg(handle.name(QColor::HexArgb));
+}
+
 } // namespace
 
 CharacterInfoPanel::CharacterInfoPanel(Appearance& appearance, CompositorWatch& compositor, FontChoice fonts,
@@ -47,22 +57,17 @@ CharacterInfoPanel::CharacterInfoPanel(Appearance& appearance, CompositorWatch& 
     : FloatingSurface(appearance, compositor, radius, Keyboard::onRequest)
     , glyphs_(std::move(fonts))
     , onClose_(std::move(onClose))
-    , closeButton_(new QToolButton(this))
+    , closeButton_(new SoftButton(QStringLiteral("✕"), SoftButton::Ground::underPointer, this))
     , cards_(new CharacterDetailCollection(glyphs_, /*showsCardChrome=*/true, this))
     , appearanceSubscription_(appearance.changed.connect([this] { applyTheme(); }))
     , compositorSubscription_(compositor.changed.connect([this] { refreshSurface(); })) {
     setWindowTitle(tr("Character Info"));
     setAccessibleName(tr("Character Info"));
-    closeButton_->setText(QStringLiteral("✕"));
-    closeButton_->setAutoRaise(true);
     closeButton_->setAccessibleName(tr("Close"));
     closeButton_->setToolTip(tr("Close"));
     closeButton_->resize(closeButtonSize, closeButtonSize);
-    connect(closeButton_, &QToolButton::clicked, this, [this] { onClose_(); });
-    setTabOrder(cards_, closeButton_);
+    connect(closeButton_, &SoftButton::clicked, this, [this] { onClose_(); });
     applyTheme();
-    winId();
-    windowHandle()->installEventFilter(this);
 }
 
 void CharacterInfoPanel::show(const std::vector<CharacterInfo>& infos, const Rect& frame) {
@@ -79,6 +84,7 @@ void CharacterInfoPanel::show(const std::vector<CharacterInfo>& infos, const Rec
     layOut();
     cards_->setInfos(infos, footnote);
     QWidget::show();
+    windowHandle()->installEventFilter(this);
     raise();
 }
 
@@ -93,8 +99,7 @@ bool CharacterInfoPanel::hasKeyboard() const {
 
 void CharacterInfoPanel::takeKeyboard() {
     keyboard_.take(*this);
-    if (!focusWidget())
-        focusNextChild();
+    cards_->focusFirst();
 }
 
 /// Presses that a child takes, too.
@@ -126,10 +131,16 @@ void CharacterInfoPanel::layOut() {
 
 void CharacterInfoPanel::applyTheme() {
     setPalette(paletteOf(theme()));
+    cards_->verticalScrollBar()->setStyleSheet(scrollBarStyle(theme().scrollBar));
     refreshSurface();
 }
 
 void CharacterInfoPanel::paintPanel(QPainter& painter) {
+    // There is much to read and nothing behind it that would have to be followed.
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(theme().opaquePanel);
+    painter.drawRoundedRect(QRectF(QPointF(), panel().size()).adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5,
+                            radius - 0.5);
     auto font = this->font();
     font.setWeight(QFont::DemiBold);
     painter.setFont(font);

@@ -12,9 +12,9 @@
 
 #include <functional>
 
-class QToolButton;
-
 namespace glyma::qt {
+
+class SoftButton;
 
 /// The cards of the characters of a text, floating above the applications. It gets the keyboard only by a
 /// click into it, or when it is told to take it. Main thread.
@@ -45,7 +45,7 @@ private:
     Glyphs glyphs_;
     std::function<void()> onClose_;
     KeyboardLoan keyboard_;
-    QToolButton* closeButton_;
+    SoftButton* closeButton_;
     CharacterDetailCollection* cards_;
     Subscription appearanceSubscription_;
     Subscription compositorSubscription_;

@@ -1,13 +1,12 @@
 #include "charinfo/qt/copy_buttons.h"
 
 #include "charinfo/character_info.h"
+#include "charinfo/qt/soft_button.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QMenu>
-#include <QPushButton>
-#include <QToolButton>
 
 #include <algorithm>
 #include <chrono>
@@ -24,8 +23,8 @@ constexpr std::chrono::milliseconds copiedDuration{1500};
 CopyButtons::CopyButtons(std::string character, const QString& name, QWidget* parent)
     : QWidget(parent)
     , character_(std::move(character))
-    , button_(new QPushButton)
-    , menuButton_(new QToolButton)
+    , button_(new SoftButton(tr("Copied")))
+    , menuButton_(new SoftButton(QStringLiteral("⋯")))
     , menu_(new QMenu(this)) {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -33,17 +32,16 @@ CopyButtons::CopyButtons(std::string character, const QString& name, QWidget* pa
     layout->addWidget(button_);
     layout->addWidget(menuButton_);
     layout->addStretch();
-    button_->setAutoDefault(false);
     button_->setAccessibleDescription(name);
     // The two texts take turns: the button keeps its place.
-    button_->setText(tr("Copied"));
     const int widest = button_->sizeHint().width();
     button_->setText(tr("Copy"));
     button_->setMinimumWidth(std::max(widest, button_->sizeHint().width()));
+    setFocusProxy(button_);
     addMenu(name);
     justCopied_.setSingleShot(true);
     connect(&justCopied_, &QTimer::timeout, this, [this] { showState(); });
-    connect(button_, &QPushButton::clicked, this, [this] { copy(character_); });
+    connect(button_, &SoftButton::clicked, this, [this] { copy(character_); });
 }
 
 void CopyButtons::addMenu(const QString& name) {
@@ -57,9 +55,6 @@ void CopyButtons::addMenu(const QString& name) {
     // A window does not inherit the colours of the one that it belongs to.
     connect(menu_, &QMenu::aboutToShow, this, [this] { menu_->setPalette(palette()); });
     menuButton_->setMenu(menu_);
-    menuButton_->setPopupMode(QToolButton::InstantPopup);
-    menuButton_->setText(QStringLiteral("⋯"));
-    menuButton_->setFocusPolicy(Qt::StrongFocus);
     menuButton_->setAccessibleName(tr("Copy as"));
     menuButton_->setAccessibleDescription(name);
     menuButton_->setToolTip(tr("Copy as"));

@@ -6,10 +6,10 @@
 #include <string>
 
 class QMenu;
-class QPushButton;
-class QToolButton;
 
 namespace glyma::qt {
+
+class SoftButton;
 
 /// Copies a character, and by a menu beside it what stands for the character in other places. Main thread.
 class CopyButtons : public QWidget {
@@ -28,8 +28,8 @@ private:
     void showState();
 
     std::string character_;
-    QPushButton* button_;
-    QToolButton* menuButton_;
+    SoftButton* button_;
+    SoftButton* menuButton_;
     QMenu* menu_;
     QTimer justCopied_;
 };

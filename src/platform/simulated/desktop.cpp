@@ -114,6 +114,25 @@ void Desktop::letGo(ModifierKey key) {
         tap.deliver(keyboard.flagsChanged());
 }
 
+void Desktop::click(Application& application, std::ptrdiff_t caret) {
+    mouse.deliver(MouseEvent::leftDown);
+    application.setSelection({caret, 0});
+    advance(keyInterval);
+    mouse.deliver(MouseEvent::leftUp);
+    advance(keyInterval);
+}
+
+void Desktop::drag(Application& application, Point by, int steps) {
+    mouse.deliver(MouseEvent::leftDown);
+    for (int step = 0; step < steps; ++step) {
+        application.moveWindow({by.x / steps, by.y / steps});
+        mouse.deliver(MouseEvent::leftDragged);
+        advance(10ms);
+    }
+    mouse.deliver(MouseEvent::leftUp);
+    advance(keyInterval);
+}
+
 void Desktop::strike(std::uint16_t keyCode, bool isAutorepeat) {
     const auto event = keyboard.press(keyCode, isAutorepeat);
     if (tap.deliver(event) == Verdict::consume)

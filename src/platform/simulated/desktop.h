@@ -7,6 +7,7 @@
 #include "platform/simulated/clipboard.h"
 #include "platform/simulated/keyboard.h"
 #include "platform/simulated/keyboard_tap.h"
+#include "platform/simulated/mouse_monitor.h"
 #include "platform/simulated/services.h"
 #include "platform/simulated/virtual_clock.h"
 
@@ -41,6 +42,7 @@ public:
     // The facilities, as adapters
     VirtualClock clock;
     SimulatedTap tap;
+    SimulatedMouse mouse{clock};
     SimulatedClipboard clipboard;
     SimulatedClipboard primarySelection;
     SimulatedAccessibility accessibility;
@@ -75,6 +77,10 @@ public:
     void holdDown(std::uint16_t keyCode, int repeats);
     void hold(ModifierKey key);
     void letGo(ModifierKey key);
+    /// Clicks into the focused text of an application, at a caret position; it must be in front.
+    void click(Application& application, std::ptrdiff_t caret);
+    /// Drags an application's window by its title, in steps of 10 ms.
+    void drag(Application& application, Point by, int steps);
     /// Keys that the tap consumed, readable as Application::keysFromUser().
     std::vector<std::uint16_t> consumedKeys() const { return consumed_; }
 

@@ -3,7 +3,9 @@
 #include "platform/key_event.h"
 
 #include <chrono>
+#include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -32,7 +34,10 @@ struct Manner {
     Response setSelection = Response::works;
     Response setSelectedText = Response::works;
     Response setValue = Response::works;
-    bool answersMarkers = false;               ///< has a rectangle for a marker range and none for a range
+    /// Answers for text markers; has a rectangle for a range of them and none for a range of offsets.
+    bool answersMarkers = false;
+    /// Of a text field: what it does not answer in spite of all that.
+    std::set<std::string, std::less<>> lackingAttributes;
     std::chrono::milliseconds selectionLag{0}; ///< a selection that was set shows this much later
     std::chrono::milliseconds answerTime{0};   ///< of each call
     std::string role = "AXTextArea";

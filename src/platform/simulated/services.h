@@ -4,6 +4,7 @@
 #include "platform/installed_applications.h"
 #include "platform/log_sink.h"
 #include "platform/login_item.h"
+#include "platform/open_pages.h"
 #include "platform/screens.h"
 #include "platform/settings_store.h"
 
@@ -99,9 +100,10 @@ public:
     std::optional<InstalledApplication> find(std::string_view identifier) const override {
         if (!isInstalled(identifier))
             return std::nullopt;
-        const auto known = names.find(identifier);
-        return InstalledApplication{std::string(identifier),
-                                    known == names.end() ? std::string(identifier) : known->second, ""};
+        const auto details = known.find(identifier);
+        return details != known.end()
+                   ? details->second
+                   : InstalledApplication{std::string(identifier), std::string(identifier), ""};
     }
     std::vector<InstalledApplication> withWindows() const override {
         std::vector<InstalledApplication> applications;
@@ -110,7 +112,15 @@ public:
         return applications;
     }
     std::set<std::string, std::less<>> identifiers;
-    std::map<std::string, std::string, std::less<>> names; ///< absent: as the identifier
+    /// How those present themselves; one that is not here by its identifier.
+    std::map<std::string, InstalledApplication, std::less<>> known;
+};
+
+/// Browsers that tell their pages at once.
+class SimulatedOpenPages : public OpenPages {
+public:
+    void find(std::function<void(std::vector<std::string>)> onFound) override { onFound(addresses); }
+    std::vector<std::string> addresses;
 };
 
 /// Fonts that draw everything but what is named here.

@@ -49,7 +49,11 @@ void VirtualClock::repeat(Milliseconds interval, std::function<bool()> job) {
 
 void VirtualClock::run(std::function<void()> job) {
     const std::lock_guard lock(mutex_);
-    add(Lane::world, elapsed_ + taskDuration_, std::move(job));
+    add(Lane::world, elapsed_ + taskDuration_, [this, job = std::move(job)] {
+        isInTask_ = true;
+        job();
+        isInTask_ = false;
+    });
 }
 
 void VirtualClock::schedule(Duration delay, std::function<void()> job) {
@@ -75,7 +79,9 @@ bool VirtualClock::runNext(Duration until, bool mainQueueToo) {
         jobs.erase(jobs.begin());
         elapsed_ = std::max(elapsed_, due);
     }
+    const bool wasInTask = std::exchange(isInTask_, false);
     job();
+    isInTask_ = wasInTask;
     return true;
 }
 
@@ -89,8 +95,11 @@ void VirtualClock::advance(Duration duration) {
 
 void VirtualClock::sleep(Milliseconds duration) {
     const auto until = elapsed() + duration;
-    while (runNext(until, false)) {
+    const bool wasMainAsleep = isMainAsleep_;
+    isMainAsleep_ = isMainAsleep_ || !isInTask_;
+    while (runNext(until, !isMainAsleep_)) {
     }
+    isMainAsleep_ = wasMainAsleep;
     const std::lock_guard lock(mutex_);
     elapsed_ = std::max(elapsed_, until);
 }

@@ -22,7 +22,8 @@ public:
     void post(std::function<void()> job) override;
     [[nodiscard]] Subscription after(Milliseconds delay, std::function<void()> job) override;
     [[nodiscard]] Subscription every(Milliseconds interval, std::function<void()> job) override;
-    /// Time passes for the world and the background tasks; the main queue waits.
+    /// Time passes for the world and the background tasks; the main queue waits, unless a background task
+    /// sleeps.
     void sleep(Milliseconds duration) override;
     Timestamp now() const override;
     void run(std::function<void()> job) override;
@@ -55,6 +56,8 @@ private:
     Duration taskDuration_{1000};
     Timestamp start_{std::chrono::seconds(1'714'564'800)};
     std::uint64_t sequence_ = 0;
+    bool isInTask_ = false;     ///< what runs now is a background task
+    bool isMainAsleep_ = false; ///< the job of the main queue that runs now sleeps
     Jobs world_;
     Jobs mainQueue_;
 };

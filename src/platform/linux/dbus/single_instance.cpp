@@ -46,6 +46,13 @@ std::expected<void, std::string> tell(const QDBusConnection& bus, const char* me
     return answer ? std::expected<void, std::string>() : std::unexpected(answer.error());
 }
 
+const auto noTextError = QStringLiteral("net.quillaby.Glyma.Error.NoText");
+
+bool isEmptyInfoRequest(const QDBusMessage& message) {
+    return message.member() == "ShowCharacterInfo" && message.signature() == "s" &&
+           message.arguments().constFirst().toString().isEmpty();
+}
+
 /// A descriptor of a process, negative when the system gives none.
 int descriptorOf(uint process) {
     // glibc 2.36 declares a wrapper, but not for C++.
@@ -98,9 +105,19 @@ QString SingleInstance::introspect(const QString& path) const {
                "<method name=\"Activate\"/>"
                "<method name=\"ShowPreferences\"><arg name=\"tab\" type=\"s\" direction=\"in\"/></method>"
                "<method name=\"Diagnose\"><arg name=\"json\" type=\"s\" direction=\"out\"/></method>"
+               "<method name=\"ShowCharacterInfo\"><arg name=\"text\" type=\"s\" direction=\"in\"/></method>"
                "<method name=\"Quit\"/>"
+               "</interface>"
+               "<interface name=\"%2\">"
+               "<method name=\"Activate\"><arg name=\"platform_data\" type=\"a{sv}\" "
+               "direction=\"in\"/></method>"
+               "<method name=\"Open\"><arg name=\"uris\" type=\"as\" direction=\"in\"/>"
+               "<arg name=\"platform_data\" type=\"a{sv}\" direction=\"in\"/></method>"
+               "<method name=\"ActivateAction\"><arg name=\"action_name\" type=\"s\" direction=\"in\"/>"
+               "<arg name=\"parameter\" type=\"av\" direction=\"in\"/>"
+               "<arg name=\"platform_data\" type=\"a{sv}\" direction=\"in\"/></method>"
                "</interface>")
-        .arg(QString::fromLatin1(serviceName));
+        .arg(QString::fromLatin1(serviceName), QString::fromLatin1(applicationInterface));
 }
 
 std::function<void()> SingleInstance::jobFor(const QDBusMessage& message) const {
@@ -112,15 +129,42 @@ std::function<void()> SingleInstance::jobFor(const QDBusMessage& message) const 
         return requests_.quit;
     if (method == "ShowPreferences" && message.signature() == "s")
         return [this, tab = arguments[0].toString().toStdString()] { requests_.showPreferences(tab); };
+    if (method == "ShowCharacterInfo" && message.signature() == "s")
+        return [this, text = arguments[0].toString().toStdString()] { requests_.showCharacterInfo(text); };
+    return nullptr;
+}
+
+/// https://specifications.freedesktop.org/desktop-entry-spec: "D-Bus Activation". The actions are those of
+/// the desktop entry.
+std::function<void()> SingleInstance::jobOfApplication(const QDBusMessage& message) const {
+    const auto method = message.member();
+    if ((method == "Activate" && message.signature() == "a{sv}") ||
+        (method == "Open" && message.signature() == "asa{sv}"))
+        return requests_.activate;
+    if (method != "ActivateAction" || message.signature() != "sava{sv}")
+        return nullptr;
+    const auto action = message.arguments().constFirst().toString();
+    if (action == "preferences")
+        return [this] { requests_.showPreferences({}); };
+    if (action == "character-information")
+        return requests_.showSelectionInfo;
+    if (action == "quit")
+        return requests_.quit;
     return nullptr;
 }
 
 bool SingleInstance::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
-    if (message.path() != objectPath || message.interface() != serviceName)
+    if (message.path() != objectPath)
         return false;
+    const bool isForApplication = message.interface() == applicationInterface;
+    if (!isForApplication && message.interface() != serviceName)
+        return false;
+    if (isEmptyInfoRequest(message))
+        return connection.send(
+            message.createErrorReply(noTextError, QStringLiteral("No text was selected.")));
     if (message.member() == "Diagnose" && message.signature().isEmpty())
         return connection.send(message.createReply(QString::fromStdString(requests_.diagnose())));
-    const auto job = jobFor(message);
+    const auto job = isForApplication ? jobOfApplication(message) : jobFor(message);
     if (!job)
         return false;
     connection.send(message.createReply());
@@ -136,6 +180,12 @@ std::expected<void, std::string> activateRunning() {
 std::expected<void, std::string> showRunningPreferences(const std::string& tab) {
     const auto bus = busWithRunningProgram();
     return bus ? tell(*bus, "ShowPreferences", {QString::fromStdString(tab)}) : std::unexpected(bus.error());
+}
+
+std::expected<void, std::string> showInfoInRunning(const std::string& text) {
+    const auto bus = busWithRunningProgram();
+    return bus ? tell(*bus, "ShowCharacterInfo", {QString::fromStdString(text)})
+               : std::unexpected(bus.error());
 }
 
 std::optional<std::string> diagnosisOfRunning() {

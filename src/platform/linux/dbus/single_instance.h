@@ -13,6 +13,8 @@ namespace glyma::dbus {
 /// The program's name on the session bus, and the path and interface of the object behind it.
 inline constexpr const char* serviceName = "net.quillaby.Glyma";
 inline constexpr const char* objectPath = "/net/quillaby/Glyma";
+/// What desktops call for an application that is started through the bus.
+inline constexpr const char* applicationInterface = "org.freedesktop.Application";
 
 /// The running program on the session bus: other starts of the program find it there and tell it what to do.
 /// Needs the application object; main thread.
@@ -31,6 +33,10 @@ public:
         std::function<void()> activate;
         /// \param tab  which page; as the caller wrote it.
         std::function<void(const std::string& tab)> showPreferences;
+        /// What are the characters of this text?
+        std::function<void(const std::string& text)> showCharacterInfo;
+        /// And of what the user has selected?
+        std::function<void()> showSelectionInfo;
         std::function<void()> quit;
         /// \return what works and what does not, a JSON array.
         std::function<std::string()> diagnose;
@@ -46,6 +52,7 @@ public:
 
 private:
     std::function<void()> jobFor(const QDBusMessage& message) const;
+    std::function<void()> jobOfApplication(const QDBusMessage& message) const;
 
     QDBusConnection bus_;
     Requests requests_;
@@ -57,6 +64,9 @@ std::expected<void, std::string> activateRunning();
 
 /// Tells the running program to show its preferences.
 std::expected<void, std::string> showRunningPreferences(const std::string& tab);
+
+/// Has the running program show what the characters of a text are. The error says why it does not.
+std::expected<void, std::string> showInfoInRunning(const std::string& text);
 
 /// What the running program says of itself; absent when none runs, or it does not answer.
 std::optional<std::string> diagnosisOfRunning();

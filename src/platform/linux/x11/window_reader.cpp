@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <unistd.h>
 
 namespace glyma::x11 {
 
@@ -56,12 +57,12 @@ std::string WindowReader::windowManagerName() const {
 xcb_window_t WindowReader::activeWindow() const {
     if (const auto active = number(connection_.root(), activeWindowAtom_); active != XCB_WINDOW_NONE)
         return active;
-    if (hasWindowManager())
-        return XCB_WINDOW_NONE;
     const auto focus = connection_.focus();
-    return focus <= XCB_INPUT_FOCUS_FOLLOW_KEYBOARD || focus == connection_.root()
-               ? static_cast<xcb_window_t>(XCB_WINDOW_NONE)
-               : topLevelOf(focus);
+    if (focus <= XCB_INPUT_FOCUS_FOLLOW_KEYBOARD || focus == connection_.root())
+        return XCB_WINDOW_NONE;
+    // A window manager says that none is active while one has the focus that it does not manage.
+    return hasWindowManager() && process(focus) != ::getpid() ? static_cast<xcb_window_t>(XCB_WINDOW_NONE)
+                                                              : topLevelOf(focus);
 }
 
 /// The first window upwards that names its class; frames and inner windows do not.

@@ -71,7 +71,9 @@ protected:
 
 TEST_F(Exclusions, ListsGrowAtTheirEndAndHoldNothingTwice) {
     applications.identifiers = {"b.editor", "a.terminal", "c.chat"};
-    applications.names = {{"a.terminal", "Zutty"}, {"b.editor", "Émacs"}, {"c.chat", "chat"}};
+    applications.known = {{"a.terminal", {"a.terminal", "Zutty", ""}},
+                          {"b.editor", {"b.editor", "Émacs", ""}},
+                          {"c.chat", {"c.chat", "chat", ""}}};
     const auto offered = applicationsToOffer(applications, {});
     ASSERT_EQ(offered.size(), 3u);
     EXPECT_EQ(offered[0].name + offered[1].name + offered[2].name, "chatÉmacsZutty");

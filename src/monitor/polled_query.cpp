@@ -1,0 +1,110 @@
+#include "monitor/polled_query.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace glyma {
+
+namespace {
+
+/// How long a target may take to apply a key before its text is believed against the keys: 0.1 s.
+constexpr int ticksForKeysToArrive = 5;
+
+} // namespace
+
+PolledQuery::PolledQuery(std::string trigger, TypedText typed)
+    : trigger_(std::move(trigger))
+    , query_(typed.query())
+    , typed_(std::move(typed)) {}
+
+void PolledQuery::type(std::string_view text) {
+    earlier_.push_back(readingAsTyped().query);
+    typed_.type(text, false);
+    followKeys();
+}
+
+void PolledQuery::deleteLast() {
+    earlier_.push_back(readingAsTyped().query);
+    typed_.deleteLast();
+    followKeys();
+}
+
+void PolledQuery::followKeys() {
+    isBehind_ = true;
+    if (auto expected = readingAsTyped(); expected.holdsQuery() && !isDisturbed_)
+        query_ = std::move(expected.query);
+}
+
+void PolledQuery::disturb() {
+    isDisturbed_ = wasDisturbed_ = true;
+}
+
+void PolledQuery::settle() {
+    isDisturbed_ = false;
+}
+
+QueryReading PolledQuery::readingAsTyped() const {
+    return queryIn(trigger_ + typed_.query(), trigger_);
+}
+
+bool PolledQuery::accountsForKeys(const QueryReading& reading) const {
+    return reading.outcome == QueryReading::Outcome::query && reading == readingAsTyped();
+}
+
+bool PolledQuery::isEarlier(const QueryReading& reading) const {
+    return std::ranges::find(earlier_, reading.query) != earlier_.end();
+}
+
+bool PolledQuery::mayBeLate(const QueryReading& reading) const {
+    return reading.outcome == QueryReading::Outcome::query && !isDisturbed_ && !accountsForKeys(reading) &&
+           isEarlier(reading);
+}
+
+bool PolledQuery::isFromBeforeTheKeys(const QueryReading& reading) const {
+    return isBehind_ && (!reading.holdsQuery() || isEarlier(reading));
+}
+
+void PolledQuery::restartFrom(const std::string& query) {
+    typed_ = TypedText(query);
+    isBehind_ = false;
+    earlier_.clear();
+}
+
+PolledQuery::Finding PolledQuery::take(const QueryReading& reading, int tick) {
+    if (reading.outcome == QueryReading::Outcome::unavailable)
+        return Finding::nothing;
+    wasRead_ = wasRead_ || reading.holdsQuery();
+    if (accountsForKeys(reading)) {
+        isBehind_ = false;
+        earlier_.clear();
+    } else if (tick <= ticksForKeysToArrive && isFromBeforeTheKeys(reading)) {
+        return Finding::nothing;
+    }
+    if (reading.holdsQuery()) {
+        if (!accountsForKeys(reading))
+            restartFrom(reading.query);
+        return std::exchange(query_, reading.query) == reading.query ? Finding::same : Finding::changed;
+    }
+    // Some applications have an element with a caret for each key they draw elsewhere: always empty.
+    if (reading.isTextEmpty && !wasRead_ && !wasDisturbed_)
+        return Finding::mistrusted;
+    return reading.outcome == QueryReading::Outcome::query ? Finding::emptied : Finding::lost;
+}
+
+std::optional<Deletion> PolledQuery::deletion(const QueryReading& reading) const {
+    const auto of = [this](const std::string& query) { return deletionOf(trigger_, query, 0, false); };
+    switch (reading.outcome) {
+    case QueryReading::Outcome::noQuery:
+        break;
+    case QueryReading::Outcome::query:
+        // The trigger typed twice: the second one is the query until something follows it.
+        return of(accountsForKeys(reading) && reading.query.empty() ? typed_.query() : reading.query);
+    case QueryReading::Outcome::unavailable:
+        if (!isDisturbed_)
+            return of(readingAsTyped().query);
+        break;
+    }
+    return std::nullopt;
+}
+
+} // namespace glyma
