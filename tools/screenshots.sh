@@ -1,6 +1,6 @@
 #!/bin/sh
-# Makes the pictures of the picker under docs/images: a virtual display of its own, with a compositor, the picker over a
-# make-believe desktop. Usage: tools/screenshots.sh [PICKER_GALLERY] [FOLDER]
+# Makes the pictures of the picker and of the icon in the tray under docs/images: a virtual display of its own, with a
+# compositor, the picker over a make-believe desktop. Usage: tools/screenshots.sh [PICKER_GALLERY] [FOLDER]
 # Without arguments it installs what is missing and builds the gallery first.
 set -eu
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -10,7 +10,7 @@ if [ $# -eq 0 ]; then
     cd "$root"
     tools/install-dependencies.sh build run demo pictures
     cmake --preset release >/dev/null
-    cmake --build build/release --target picker_gallery
+    cmake --build build/release --target picker_gallery tray_gallery
 fi
 
 scratch=$(mktemp -d)
@@ -64,3 +64,5 @@ start_display 1200x1080
 start_compositor
 export QT_SCALE_FACTOR=1.5
 shoot results results-150-percent
+
+QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=2 "$(dirname "$gallery")/tray_gallery" "$folder"
