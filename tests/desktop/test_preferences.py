@@ -157,8 +157,35 @@ class Preferences(unittest.TestCase):
             self.assertTrue(self.window.is_on("Show ranking info"))
         return kept
 
+    def change_exclusions(self):
+        self.window.open("exclusions").press("Add excluded application")
+        self.window.enter("Search applications…", "mousepad")
+        self.desktop.press("Return")
+        wait_until(lambda: self.window.find("text", "Search applications…") is None, 3, "the sheet to close")
+        self.assertFalse(self.opens("+smile"))
+        self.window.open("exclusions").go_to("list", "Excluded Applications")
+        self.desktop.press("space")
+        self.assertTrue(self.opens("+smile"))
+        self.desktop.press("Escape")
+
+        def kept():
+            self.window.open("exclusions")
+            self.assertTrue(self.window.says("Mousepad"))
+        return kept
+
+    def change_blocks(self):
+        face = self.inserts("+grinning face")
+        self.window.open("unicode").enter("Filter blocks…", "emoticons")
+        self.window.go_to("list", "Blocks")
+        self.desktop.press("Home", "space")
+        self.assertNotEqual(self.inserts("+grinning face"), face)
+
+        def kept():
+            self.assertNotIn(face, [each["char"] for each in self.glyma.search("grinning face")])
+        return kept
+
     WALK = [change_trigger, change_rows, change_skin_tone, change_fuzzy_search, change_other_general_settings,
-            change_replacements, change_debug_switches]
+            change_replacements, change_debug_switches, change_exclusions, change_blocks]
 
     def test_every_setting_takes_effect_at_once_and_lasts(self):
         self.start()

@@ -6,7 +6,6 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -31,19 +30,6 @@ void prepare(QDialog& sheet, const QString& title) {
 }
 
 /// "Add" and "Cancel". \return the former.
-QPushButton* addButtons(QDialog& sheet, QBoxLayout& layout) {
-    auto* buttons = new QDialogButtonBox;
-    buttons->addButton(QCoreApplication::translate("glyma::qt::ExclusionSheets", "Cancel"),
-                       QDialogButtonBox::RejectRole);
-    auto* add = buttons->addButton(QCoreApplication::translate("glyma::qt::ExclusionSheets", "&Add"),
-                                   QDialogButtonBox::AcceptRole);
-    add->setDefault(true);
-    QObject::connect(buttons, &QDialogButtonBox::accepted, &sheet, &QDialog::accept);
-    QObject::connect(buttons, &QDialogButtonBox::rejected, &sheet, &QDialog::reject);
-    layout.addWidget(buttons);
-    return add;
-}
-
 QString describe(DomainProblem problem, const QString& text) {
     switch (problem) {
     case DomainProblem::empty:
@@ -109,7 +95,7 @@ ChooseApplicationSheet::ChooseApplicationSheet(std::vector<InstalledApplication>
     layout->addWidget(makeSectionHeader(title));
     layout->addWidget(search);
     layout->addWidget(group, 1);
-    add_ = addButtons(*this, *layout);
+    add_ = addSheetButtons(*this, *layout, tr("&Add"));
     filter({});
     resize(sheetWidth, 460);
 }
@@ -166,7 +152,7 @@ AddWebsiteSheet::AddWebsiteSheet(const OfferedHosts& source, std::vector<Exclude
                          static_cast<QWidget*>(problem_)})
         layout->addWidget(widget);
     layout->addStretch();
-    addButtons(*this, *layout);
+    addSheetButtons(*this, *layout, tr("&Add"));
     showFields();
     resize(sheetWidth, sizeHint().height());
 

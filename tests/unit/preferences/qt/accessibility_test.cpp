@@ -9,7 +9,8 @@
 namespace glyma::qt {
 namespace {
 
-const std::vector<std::string> pages{"general", "replacements", "permissions", "advanced", "debug"};
+const std::vector<std::string> pages{"general",     "exclusions", "unicode", "replacements",
+                                     "permissions", "advanced",   "debug"};
 
 class AccessibilityTest : public WindowTest {
 protected:
@@ -87,9 +88,9 @@ TEST_F(AccessibilityTest, TheShownPageIsTheSelectedTabAndHasTheFocusOnlyWithTheB
     auto* bar = QAccessible::queryAccessibleInterface(desk->window.findChild<PageBar*>());
     EXPECT_EQ(bar->role(), QAccessible::PageTabList);
     ASSERT_EQ(bar->childCount(), int(pages.size()));
-    auto* advanced = bar->child(3);
+    auto* advanced = bar->child(5);
     EXPECT_EQ(advanced->text(QAccessible::Name), QStringLiteral("Advanced"));
-    EXPECT_EQ(bar->indexOfChild(advanced), 3);
+    EXPECT_EQ(bar->indexOfChild(advanced), 5);
     EXPECT_TRUE(advanced->state().selected);
     EXPECT_TRUE(advanced->state().focused);
     EXPECT_FALSE(bar->child(0)->state().selected);
@@ -99,10 +100,10 @@ TEST_F(AccessibilityTest, TheShownPageIsTheSelectedTabAndHasTheFocusOnlyWithTheB
     bar->child(0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(desk->window.currentPage(), "general");
     EXPECT_FALSE(advanced->state().selected);
-    bar->child(4);
+    bar->child(6);
     desk->debug.setShowDebugTab(false);
-    EXPECT_EQ(bar->childCount(), 4);
-    EXPECT_EQ(bar->child(4), nullptr);
+    EXPECT_EQ(bar->childCount(), 6);
+    EXPECT_EQ(bar->child(6), nullptr);
 }
 
 TEST_F(AccessibilityTest, HeadingsAreHeadings) {
