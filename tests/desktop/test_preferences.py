@@ -214,6 +214,25 @@ class Preferences(unittest.TestCase):
         wait_until(lambda: not self.window.is_open(), 3, "the preferences to close")
         self.assertIsNone(self.glyma.process.poll())
 
+    def test_deleting_everything_asks_and_leaves_what_is_not_ours(self):
+        self.start()
+        strangers = [self.glyma.data / "notes.txt", self.glyma.config / "user-data-backup.txt"]
+        for file in strangers:
+            file.write_text("mine")
+        self.window.open("general").choose("Trigger character", "Tilde  ~")
+        self.window.open("advanced").press("Delete App Container and Quit…")
+        self.window.get("push button", "Delete and Quit")
+        self.desktop.press("Return")
+        wait_until(lambda: self.window.find("push button", "Delete and Quit") is None, 3, "Return to cancel")
+        self.assertIsNone(self.glyma.process.poll())
+        self.window.press("Delete App Container and Quit…")
+        self.window.press("Delete and Quit")
+        self.assertEqual(self.glyma.process.wait(5), 0)
+        left = [file for folder in (self.glyma.data, self.glyma.config) for file in folder.rglob("*")]
+        self.assertCountEqual([file for file in left if file.name != "Glyma.lock"], strangers)
+        self.glyma.start()
+        self.assertTrue(self.opens(":smile"))
+
     def test_settings_of_wrong_types_are_shown_as_defaults(self):
         self.glyma.write_settings({"triggerCharacter": 7, "menuBarIcon": [], "visiblePickerRows": "many",
                                    "skinToneModifier": {}, "useFuzzySearch": "yes", "userReplacements": "none",
