@@ -102,6 +102,9 @@ class PreferencesWindow:
     def says(self, text):
         return any(text in (element.get_name() or "") for element in self.elements())
 
+    def wait_for(self, text):
+        wait_until(lambda: self.says(text), 3, f"the words {text}")
+
     # Doing
 
     def go_to(self, role, name):

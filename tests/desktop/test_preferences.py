@@ -106,6 +106,7 @@ class Preferences(unittest.TestCase):
         self.desktop.run(["desktop-file-validate", entry])
 
         def kept():
+            self.window.open("general")
             self.assertEqual(self.window.choice("Tray icon"), "Sparkles")
             self.assertFalse(self.window.is_on("Random Unicode includes emoji"))
             self.assertTrue(self.window.is_on("Start Glyma at login"))
@@ -133,7 +134,7 @@ class Preferences(unittest.TestCase):
         def kept():
             self.window.open("replacements").go_to("list", "Replacements")
             self.desktop.press("End")
-            self.assertTrue(self.window.says("Zebra, striped horse, zzq, stripes"))
+            self.window.wait_for("Zebra, striped horse, zzq, stripes")
             self.assertFalse(self.window.says("Gone"))
             self.assertEqual(self.inserts("+zzq"), "striped horse")
             self.window.bring_to_front()
@@ -148,11 +149,11 @@ class Preferences(unittest.TestCase):
         self.assertTrue(self.window.get("page tab", "Debug"))
         self.inserts("+random emoji")
         self.window.open("debug")
-        wait_until(lambda: self.window.says("1 pick"), 3, "the pick to be listed")
+        self.window.wait_for("1 pick")
 
         def kept():
             self.window.open("debug")
-            self.assertTrue(self.window.says("1 pick"))
+            self.window.wait_for("1 pick")
             self.window.open("advanced")
             self.assertTrue(self.window.is_on("Show ranking info"))
         return kept
@@ -170,7 +171,7 @@ class Preferences(unittest.TestCase):
 
         def kept():
             self.window.open("exclusions")
-            self.assertTrue(self.window.says("Mousepad"))
+            self.window.wait_for("Mousepad")
         return kept
 
     def change_blocks(self):
@@ -209,7 +210,7 @@ class Preferences(unittest.TestCase):
         wait_until(lambda: self.window.focused(), 3, "the window to get the keyboard by itself")
         self.assertTrue(self.window.has(self.window.get("page tab", "Advanced"), "SELECTED"))
         self.desktop.press("alt+p")
-        wait_until(lambda: self.window.says("Accessibility"), 3, "the permissions")
+        self.window.wait_for("Accessibility")
         self.desktop.press("Escape")
         wait_until(lambda: not self.window.is_open(), 3, "the preferences to close")
         self.assertIsNone(self.glyma.process.poll())
@@ -244,7 +245,7 @@ class Preferences(unittest.TestCase):
         self.assertFalse(self.window.is_on("Use fuzzy search"))
         self.assertIsNone(self.window.find("page tab", "Debug"))
         self.window.open("replacements")
-        self.assertTrue(self.window.says("Shrug"))
+        self.window.wait_for("Shrug")
 
     def test_it_opens_during_the_import(self):
         with open(self.glyma.log, "ab") as log:
