@@ -91,8 +91,9 @@ public:
     RecordedProgram program;
     SharedFlags flags;
 
-private:
     std::filesystem::path storeFile() const;
+
+private:
     qt::FontChoice fontChoice();
 
     NoGrabs grabs_;

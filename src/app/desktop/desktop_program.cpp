@@ -74,6 +74,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
     , clipboard_(QClipboard::Clipboard)
     , primarySelection_(QClipboard::Selection)
     , accessibility_({.enableBus = true, .warn = [this](std::string_view why) { report(why); }})
+    , textElements_(accessibility_, [this]() -> bool { return flags_.isTestFieldFocused; })
     , frontApplications_(scheduler_,
                          [&applications = foundation.applications](const x11::WindowIdentity& window) {
                              return identifierOf(applications, window);
@@ -96,7 +97,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
     , mouse_(scheduler_)
     , keys_(tap_.link())
     , text_({.scheduler = scheduler_,
-             .accessibility = accessibility_,
+             .accessibility = textElements_,
              .clipboard = clipboard_,
              .keys = keys_,
              .frontApplications = frontApplications_,

@@ -30,18 +30,33 @@ void drawLine(QPainter& painter, const QRect& place, Qt::Alignment alignment, co
     painter.drawText(place, static_cast<int>(flags | Qt::AlignVCenter) | Qt::TextSingleLine, text);
 }
 
-void paintCheckBox(QPainter& painter, const QStyleOptionViewItem& option, const QRect& box,
+/// Drawn here because the style's own box can hardly be seen on the dark ground of a group.
+void paintCheckBox(QPainter& painter, const QStyleOptionViewItem& option, const QRect& place,
                    const QModelIndex& index) {
-    QStyleOptionViewItem check = option;
-    check.rect = box;
-    check.state.setFlag(QStyle::State_HasFocus, false);
-    check.state.setFlag(QStyle::State_Enabled, isCheckable(index));
+    const bool isSelected = option.state & QStyle::State_Selected;
+    const auto color = [&](QPalette::ColorRole role) { return option.palette.color(role); };
+    const auto full = color(isSelected ? QPalette::HighlightedText : QPalette::Highlight);
+    const auto mark = color(isSelected ? QPalette::Highlight : QPalette::HighlightedText);
+    const auto outline = color(isSelected ? QPalette::HighlightedText : QPalette::PlaceholderText);
     const auto state = index.data(Qt::CheckStateRole).toInt();
-    check.state |= state == Qt::Checked            ? QStyle::State_On
-                   : state == Qt::PartiallyChecked ? QStyle::State_NoChange
-                                                   : QStyle::State_Off;
-    option.widget->style()->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &check, &painter,
-                                          option.widget);
+    const auto box = QRectF(place).adjusted(1.5, 1.5, -1.5, -1.5);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (!isCheckable(index))
+        painter.setOpacity(0.35);
+    painter.setPen(state == Qt::Unchecked ? outline : full);
+    painter.setBrush(state == Qt::Unchecked ? QBrush() : QBrush(full));
+    painter.drawRoundedRect(box, 4, 4);
+    painter.setPen(QPen(mark, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    const auto at = [&](double x, double y) {
+        return QPointF(box.left() + x * box.width(), box.top() + y * box.height());
+    };
+    if (state == Qt::Checked)
+        painter.drawPolyline(QPolygonF{at(0.24, 0.53), at(0.43, 0.72), at(0.77, 0.31)});
+    else if (state == Qt::PartiallyChecked)
+        painter.drawLine(at(0.27, 0.5), at(0.73, 0.5));
+    painter.restore();
 }
 
 } // namespace
@@ -111,7 +126,7 @@ void RowDelegate::paintTexts(QPainter& painter, const QStyleOptionViewItem& opti
         place = QRect(place.left(), place.center().y() - height / 2, place.width(), metrics.height());
         captionPlace = QRect(place.left(), place.bottom() + 1, place.width(), smallMetrics.height());
     } else if (!caption.isEmpty()) {
-        const int width = std::min(smallMetrics.horizontalAdvance(caption), place.width() / 2);
+        const int width = std::min(smallMetrics.horizontalAdvance(caption) + 1, place.width() * 2 / 3);
         const int rest = place.width() - width - gap;
         captionPlace = QStyle::visualRect(
             option.direction, place, QRect(place.left() + rest + gap, place.top(), width, place.height()));
@@ -165,6 +180,11 @@ CheckList::CheckList(const QString& name, RowLook look, QWidget* parent)
     setAccessibleName(name);
 }
 
+QSize CheckList::sizeHint() const {
+    // As little as makes sense: the pages have a fixed height, of which it takes its share.
+    return {160, 4 * fontMetrics().height()};
+}
+
 void CheckList::setPlaceholder(const QString& text) {
     placeholder_ = text;
     viewport()->update();
@@ -210,11 +230,11 @@ void CheckList::keyPressEvent(QKeyEvent* event) {
         QListView::keyPressEvent(event);
 }
 
-void CheckList::focusInEvent(QFocusEvent* event) {
-    QListView::focusInEvent(event);
-    // Without a current row the first arrow key would only make one.
-    if (!currentIndex().isValid() && event->reason() != Qt::MouseFocusReason && model())
-        setCurrentIndex(model()->index(0, 0));
+void CheckList::enter(Qt::FocusReason reason) {
+    setFocus(reason);
+    if (!selectionModel()->hasSelection())
+        selectionModel()->setCurrentIndex(currentIndex().isValid() ? currentIndex() : model()->index(0, 0),
+                                          QItemSelectionModel::ClearAndSelect);
 }
 
 void CheckList::paintEvent(QPaintEvent* event) {

@@ -54,6 +54,9 @@ public:
 
     /// What an empty list says.
     void setPlaceholder(const QString& text);
+    QSize sizeHint() const override;
+    /// Takes the keyboard, and selects a row where none is: what follows from it shows at once.
+    void enter(Qt::FocusReason reason);
 
 Q_SIGNALS:
     /// The left or right arrow key was pressed, which a list of one column has no use for.
@@ -67,7 +70,6 @@ protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void dataChanged(const QModelIndex& first, const QModelIndex& last, const QList<int>& roles) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

@@ -29,7 +29,6 @@ void prepare(QDialog& sheet, const QString& title) {
     sheet.setAttribute(Qt::WA_WindowPropagation);
 }
 
-/// "Add" and "Cancel". \return the former.
 QString describe(DomainProblem problem, const QString& text) {
     switch (problem) {
     case DomainProblem::empty:

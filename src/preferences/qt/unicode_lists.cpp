@@ -80,6 +80,7 @@ QVariant BlockListModel::data(const QModelIndex& index, int role) const {
     const auto& shown = block(index);
     switch (role) {
     case Qt::DisplayRole:
+    case Qt::ToolTipRole:
         return QString::fromStdString(shown.name);
     case Qt::CheckStateRole:
         return toQt(model_.checkState(shown));
@@ -135,6 +136,7 @@ QVariant CharacterListModel::data(const QModelIndex& index, int role) const {
     const auto& shown = record(index);
     switch (role) {
     case Qt::DisplayRole:
+    case Qt::ToolTipRole:
         return QString::fromStdString(shown.name);
     case Qt::CheckStateRole:
         return shown.isEnabled ? Qt::Checked : Qt::Unchecked;

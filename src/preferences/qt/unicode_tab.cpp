@@ -21,8 +21,8 @@ namespace glyma::qt {
 namespace {
 
 // Logical pixels.
-constexpr int blocksWidth = 286;
-constexpr int detailsWidth = 296;
+constexpr int blocksWidth = 300;
+constexpr int detailsWidth = 304;
 constexpr int glyphSize = 30;
 
 QLineEdit* makeFilter(const QString& placeholder) {
@@ -159,12 +159,12 @@ QWidget* UnicodeTab::makeDetailsColumn() {
     details_ = new CharacterDetailCollection(glyphs_, /*showsCardChrome=*/false);
     details_->setFocusPolicy(Qt::StrongFocus);
     details_->setAccessibleName(tr("Details"));
-    details_->setContentsMargins(12, 10, 4, 10);
     details_->installEventFilter(this);
     noDetails_ = makeMessage(tr("Select one or more characters"));
     detailPages_ = new QStackedWidget;
     detailPages_->addWidget(noDetails_);
     detailPages_->addWidget(details_);
+    detailPages_->setContentsMargins(12, 12, 4, 8);
     auto* column = makeColumn(makeHeader(tr("Details")), nullptr, detailPages_);
     column->setFixedWidth(detailsWidth);
     return column;
@@ -204,11 +204,11 @@ QLayout* UnicodeTab::makeTestRow() {
 void UnicodeTab::connectFocusKeys() {
     connect(blocks_, &CheckList::sidewaysPressed, this, [this](Qt::Key key) {
         if (key == Qt::Key_Right)
-            characters_->setFocus(Qt::TabFocusReason);
+            characters_->enter(Qt::TabFocusReason);
     });
     connect(characters_, &CheckList::sidewaysPressed, this, [this](Qt::Key key) {
         if (key == Qt::Key_Left)
-            blocks_->setFocus(Qt::BacktabFocusReason);
+            blocks_->enter(Qt::BacktabFocusReason);
         else if (detailPages_->currentWidget() == details_)
             details_->setFocus(Qt::TabFocusReason);
     });
@@ -216,12 +216,13 @@ void UnicodeTab::connectFocusKeys() {
 
 bool UnicodeTab::eventFilter(QObject* watched, QEvent* event) {
     if (watched == details_ && isPlainKey(event, Qt::Key_Left)) {
-        characters_->setFocus(Qt::BacktabFocusReason);
+        characters_->enter(Qt::BacktabFocusReason);
         return true;
     }
     // From a filter down into what it has found.
-    if (auto* list = watched->property("list").value<QWidget*>(); list && isPlainKey(event, Qt::Key_Down)) {
-        list->setFocus(Qt::TabFocusReason);
+    if (auto* list = qobject_cast<CheckList*>(watched->property("list").value<QWidget*>());
+        list && isPlainKey(event, Qt::Key_Down)) {
+        list->enter(Qt::TabFocusReason);
         return true;
     }
     return QWidget::eventFilter(watched, event);
