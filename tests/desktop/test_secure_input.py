@@ -97,7 +97,7 @@ class SecureInput(unittest.TestCase):
         self.desktop.press("Escape")
         self.desktop.type("x:smi")
         wait_until(self.glyma.is_open, 3, "the picker")
-        self.assertEqual(editor.text().rstrip("\n"), "x:smi")
+        wait_until(lambda: editor.text().rstrip("\n") == "x:smi", 3, "the typed text")
 
     def test_a_password_field_is_secure_input(self):
         field = FirefoxField(self.desktop, "password", "x", "x")

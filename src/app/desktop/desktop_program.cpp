@@ -6,6 +6,7 @@
 #include "platform/linux/dbus/notification.h"
 #include "platform/linux/x11/activate_window.h"
 #include "platform/linux/x11/key_codes.h"
+#include "platform/linux/x11/tray_colors.h"
 #include "preferences/qt/preferences_pages.h"
 
 #include <QApplication>
@@ -147,7 +148,11 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
     , tray_(scheduler_,
             {.openPreferences = [this](const std::string& tab) { delegate_.openPreferences(tab); },
              .openUpdatePage = [this] { delegate_.openUpdatePage(); },
-             .quit = [this] { delegate_.quit(); }})
+             .quit = [this] { delegate_.quit(); }},
+            [this] {
+                const auto* const connection = inputMonitoring_.connection();
+                return connection ? x11::isTrayDark(*connection) : std::nullopt;
+            })
     , preferences_({.settings = foundation.settings,
                     .debug = foundation.debug,
                     .log = foundation.log,

@@ -6,7 +6,6 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -28,22 +27,6 @@ void prepare(QDialog& sheet, const QString& title) {
     sheet.setWindowModality(Qt::WindowModal);
     sheet.setAttribute(Qt::WA_DeleteOnClose);
     sheet.setAttribute(Qt::WA_WindowPropagation);
-}
-
-/// "Add" and "Cancel". \return the former.
-QPushButton* addButtons(QDialog& sheet, QBoxLayout& layout) {
-    auto* buttons = new QDialogButtonBox;
-    layout.addWidget(buttons);
-    buttons
-        ->addButton(QCoreApplication::translate("glyma::qt::ExclusionSheets", "Cancel"),
-                    QDialogButtonBox::RejectRole)
-        ->setAutoDefault(false);
-    auto* add = buttons->addButton(QCoreApplication::translate("glyma::qt::ExclusionSheets", "&Add"),
-                                   QDialogButtonBox::AcceptRole);
-    add->setDefault(true);
-    QObject::connect(buttons, &QDialogButtonBox::accepted, &sheet, &QDialog::accept);
-    QObject::connect(buttons, &QDialogButtonBox::rejected, &sheet, &QDialog::reject);
-    return add;
 }
 
 QString describe(DomainProblem problem, const QString& text) {
@@ -111,7 +94,7 @@ ChooseApplicationSheet::ChooseApplicationSheet(std::vector<InstalledApplication>
     layout->addWidget(makeSectionHeader(title));
     layout->addWidget(search);
     layout->addWidget(group, 1);
-    add_ = addButtons(*this, *layout);
+    add_ = addSheetButtons(*this, *layout, tr("&Add"));
     filter({});
     resize(sheetWidth, 460);
 }
@@ -168,7 +151,7 @@ AddWebsiteSheet::AddWebsiteSheet(const OfferedHosts& source, std::vector<Exclude
                          static_cast<QWidget*>(problem_)})
         layout->addWidget(widget);
     layout->addStretch();
-    addButtons(*this, *layout);
+    addSheetButtons(*this, *layout, tr("&Add"));
     showFields();
     resize(sheetWidth, sizeHint().height());
 

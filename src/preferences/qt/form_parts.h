@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+class QDialog;
 class QPushButton;
 
 namespace glyma::qt {
@@ -35,6 +36,10 @@ void showChecked(QCheckBox& toggle, bool isChecked);
 
 /// A vertical layout with the margins and the spacing of a page.
 QVBoxLayout* makePageLayout(QWidget* page);
+
+/// The buttons at the end of a sheet: one that gives it up and one that accepts it, which Return presses,
+/// too. \return the latter.
+QPushButton* addSheetButtons(QDialog& sheet, QBoxLayout& layout, const QString& accept);
 
 /// Related rows on a ground of their own, with lines between them.
 class FormGroup : public QFrame {

@@ -1,3 +1,4 @@
+#include "main_queue.h"
 #include "platform/linux/x11/front_application_tracker.h"
 #include "platform/linux/x11/probe.h"
 #include "x11_fixture.h"
@@ -10,31 +11,6 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-
-/// A main queue that runs when told.
-class Queue : public Scheduler {
-public:
-    void post(std::function<void()> job) override {
-        const std::scoped_lock lock(mutex_);
-        jobs_.push_back(std::move(job));
-    }
-    Subscription after(Milliseconds, std::function<void()>) override { return {}; }
-    Subscription every(Milliseconds, std::function<void()>) override { return {}; }
-    void sleep(Milliseconds) override {}
-    void run() {
-        std::vector<std::function<void()>> due;
-        {
-            const std::scoped_lock lock(mutex_);
-            due.swap(jobs_);
-        }
-        for (const auto& job : due)
-            job();
-    }
-
-private:
-    std::mutex mutex_;
-    std::vector<std::function<void()>> jobs_;
-};
 
 class FrontApplicationTest : public ::testing::Test {
 protected:
@@ -72,7 +48,7 @@ protected:
 
     Server server;
     Connection desktop = std::move(Connection::open(server.display()).value());
-    Queue queue;
+    MainQueue queue;
     std::vector<FrontApplication> seen;
     Subscription subscription;
     const pid_t ourselves = ::getpid();
