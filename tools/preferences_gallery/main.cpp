@@ -1,6 +1,7 @@
 // Shows one state of the preferences window and saves a picture of it. See tools/screenshots.sh.
 
 #include "catalogue/random_picks.h"
+#include "platform/linux/xdg/desktop_entries.h"
 #include "preferences_desk.h"
 
 #include <QApplication>
@@ -9,6 +10,7 @@
 #include <QDialog>
 #include <QEventLoop>
 #include <QFontDatabase>
+#include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
 #include <QScreen>
@@ -72,6 +74,44 @@ void record(PreferencesDesk& desk) {
     RandomPickHistory(*desk.settings, false).record("ʬ", Timestamp());
 }
 
+void installApplications(PreferencesDesk& desk) {
+    std::vector<ExcludedApp> excluded;
+    for (const auto& application : xdg::DesktopEntries({"/usr/share"}, "/usr/bin").withWindows()) {
+        desk.applications.identifiers.insert(application.identifier);
+        desk.applications.known.emplace(application.identifier, application);
+        if (excluded.size() < 3)
+            excluded.push_back({application.identifier, application.name, excluded.size() != 1});
+    }
+    excluded.push_back({"com.slack.Slack", "Slack"});
+    desk.preferences.setExcludedApps(excluded);
+}
+
+void fillLibrary(PreferencesDesk& desk) {
+    if (!desk.fillLibrary(GLYMA_SOURCE_DIR "/resources"))
+        std::fputs("preferences_gallery: the catalogue could not be imported\n", stderr);
+}
+
+void selectBlock(PreferencesDesk& desk, const QString& name) {
+    auto* list = shown<QListView>(desk, QStringLiteral("Blocks"));
+    const auto found = list->model()->match(list->model()->index(0, 0), Qt::DisplayRole, name);
+    list->setCurrentIndex(found.value(0));
+}
+
+void filterCharacters(PreferencesDesk& desk, const QString& text) {
+    shown<QLineEdit>(desk, QStringLiteral("Filter characters…"))->setText(text);
+}
+
+void selectArrows(PreferencesDesk& desk) {
+    desk.catalogue.recordUsage("←", "left");
+    selectBlock(desk, QStringLiteral("Arrows"));
+    auto* list = shown<QListView>(desk, QStringLiteral("Characters"));
+    const auto arrow =
+        list->model()->match(list->model()->index(0, 0), Qt::DisplayRole, QStringLiteral("left arrow"));
+    list->setCurrentIndex(arrow.value(0));
+    list->setFocus();
+    list->model()->setData(list->model()->index(1, 0), {}, Qt::CheckStateRole);
+}
+
 struct Scene {
     const char* page;
     std::function<void(PreferencesDesk&)> before = [](PreferencesDesk&) {};
@@ -94,6 +134,50 @@ const std::map<QString, Scene> scenes = {
       [](PreferencesDesk& desk) {
           shown<QCheckBox>(desk, QStringLiteral("Start Glyma at login"))->click();
       }}},
+    {QStringLiteral("exclusions"), {"exclusions", installApplications}},
+    {QStringLiteral("exclusions-none"),
+     {"exclusions",
+      [](PreferencesDesk& desk) {
+          desk.preferences.setExcludedApps({});
+          desk.preferences.setExcludedWebsites({});
+      }}},
+    {QStringLiteral("exclusions-application"),
+     {"exclusions", installApplications,
+      [](PreferencesDesk& desk) { press(desk, QStringLiteral("Add excluded application")); }}},
+    {QStringLiteral("exclusions-website"),
+     {"exclusions",
+      [](PreferencesDesk& desk) {
+          desk.pages.addresses = {"https://docs.example.org/start", "https://chat.example.com/"};
+      },
+      [](PreferencesDesk& desk) {
+          press(desk, QStringLiteral("Add excluded website"));
+          desk.clock.advance(std::chrono::seconds(1));
+      }}},
+    {QStringLiteral("exclusions-website-refused"),
+     {"exclusions", [](PreferencesDesk&) {},
+      [](PreferencesDesk& desk) {
+          press(desk, QStringLiteral("Add excluded website"));
+          desk.window.findChild<QDialog*>()->findChild<QLineEdit*>()->setText(QStringLiteral("not a domain"));
+          press(desk, QStringLiteral("&Add"));
+      }}},
+    {QStringLiteral("library"), {"unicode", fillLibrary, selectArrows}},
+    {QStringLiteral("library-emoji"),
+     {"unicode", fillLibrary,
+      [](PreferencesDesk& desk) {
+          selectBlock(desk, QStringLiteral("Emoticons"));
+          filterCharacters(desk, QStringLiteral("cat"));
+          shown<QListView>(desk, QStringLiteral("Characters"))->selectAll();
+      }}},
+    {QStringLiteral("library-nothing"),
+     {"unicode", fillLibrary,
+      [](PreferencesDesk& desk) {
+          selectBlock(desk, QStringLiteral("Arrows"));
+          filterCharacters(desk, QStringLiteral("qwxz"));
+      }}},
+    {QStringLiteral("library-importing"), {"unicode", [](PreferencesDesk& desk) { desk.catalogue.start(); }}},
+    {QStringLiteral("library-failed"),
+     {"unicode", [](PreferencesDesk& desk) { desk.catalogue.start(); },
+      [](PreferencesDesk& desk) { desk.clock.advance(std::chrono::seconds(1)); }}},
     {QStringLiteral("replacements"),
      {"replacements", [](PreferencesDesk&) {},
       [](PreferencesDesk& desk) {

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "platform/linux/fonts/font_families.h"
 #include "platform/simulated/services.h"
 #include "platform/simulated/virtual_clock.h"
 #include "preferences/qt/preferences_pages.h"
 
 #include <QTemporaryDir>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -68,11 +70,15 @@ public:
     /// A process has the keys to itself, or (0) the focus is in a password field and nobody knows whose.
     void holdSecureInput(pid_t process, const ProcessFacts& facts);
 
+    /// Imports the whole catalogue, as far as the installed fonts draw it.
+    bool fillLibrary(const std::filesystem::path& referenceFiles);
+
     std::shared_ptr<simulated::SimulatedSettings> settings;
     simulated::SimulatedLoginItem loginItem;
     simulated::SimulatedInstalledApplications applications;
     simulated::SimulatedLog logged;
     simulated::SimulatedBell bell;
+    simulated::SimulatedOpenPages pages;
     simulated::SimulatedFonts fonts;
     simulated::VirtualClock clock;
     DebugConfig debug;
@@ -85,13 +91,19 @@ public:
     RecordedProgram program;
     SharedFlags flags;
 
+    std::filesystem::path storeFile() const;
+
 private:
+    qt::FontChoice fontChoice();
+
     NoGrabs grabs_;
     bool isSecret_ = false;
     pid_t focusedProcess_ = 0;
     SecureInputChecker secureInput_;
     QTemporaryDir folder_;
     ResourceLocator resources_;
+    fonts::FontFamilies families_;
+    CharacterInfos infos_;
 
 public:
     Permissions permissions;

@@ -74,6 +74,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
     , clipboard_(QClipboard::Clipboard)
     , primarySelection_(QClipboard::Selection)
     , accessibility_({.enableBus = true, .warn = [this](std::string_view why) { report(why); }})
+    , textElements_(accessibility_, [this]() -> bool { return flags_.isTestFieldFocused; })
     , frontApplications_(scheduler_,
                          [&applications = foundation.applications](const x11::WindowIdentity& window) {
                              return identifierOf(applications, window);
@@ -96,7 +97,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
     , mouse_(scheduler_)
     , keys_(tap_.link())
     , text_({.scheduler = scheduler_,
-             .accessibility = accessibility_,
+             .accessibility = textElements_,
              .clipboard = clipboard_,
              .keys = keys_,
              .frontApplications = frontApplications_,
@@ -200,6 +201,15 @@ std::vector<qt::PreferencesPage> DesktopProgram::preferencesPages() {
                                      .permissions = permissions_,
                                      .program = delegate_,
                                      .recorder = {.flags = flags_, .bell = bell_, .identify = pressedKey},
+                                     .exclusions = {.preferences = foundation_.preferences,
+                                                    .applications = foundation_.applications,
+                                                    .pages = accessibility_,
+                                                    .scheduler = scheduler_},
+                                     .library = {.catalogue = catalogue_,
+                                                 .infos = characterInfos_,
+                                                 .preferences = foundation_.preferences,
+                                                 .flags = flags_,
+                                                 .fonts = fontChoice(fontFamilies_)},
                                      .version = QStringLiteral(GLYMA_VERSION)});
 }
 

@@ -24,6 +24,7 @@
 #include "platform/linux/x11/keyboard_tap.h"
 #include "platform/linux/x11/mouse_monitor.h"
 #include "platform/linux/xdg/proc_processes.h"
+#include "platform/qt/own_text_field.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_scheduler.h"
 #include "platform/qt/qt_screens.h"
@@ -76,6 +77,7 @@ private:
     qt::QtClipboard clipboard_;
     qt::QtClipboard primarySelection_;
     atspi::AtspiAccessibility accessibility_;
+    qt::WithOwnTextField textElements_;
     x11::FrontApplicationTracker frontApplications_;
     x11::GrabWatch grabs_;
     xdg::ProcProcesses processes_;

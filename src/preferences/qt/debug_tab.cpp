@@ -67,7 +67,7 @@ QWidget* DebugTab::makeSection(History& history, const QString& heading) {
     head->addWidget(history.clear);
     column->addLayout(head);
     auto* group = new FormGroup;
-    group->addWide(history.list, /*hasMargins=*/false);
+    group->addWide(history.list);
     column->addWidget(group);
     return section;
 }

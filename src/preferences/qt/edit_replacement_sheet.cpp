@@ -3,11 +3,9 @@
 #include "preferences/qt/form_parts.h"
 #include "preferences/typed_fields.h"
 
-#include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QShortcut>
 
 namespace glyma::qt {
@@ -40,11 +38,6 @@ EditReplacementSheet::EditReplacementSheet(UserReplacement draft,
     form->addRow(tr("&Name"), name_);
     form->addRow(tr("&Keywords"), keywords_);
     form->addRow(tr("&Text"), text_);
-    auto* buttons = new QDialogButtonBox;
-    buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole)->setAutoDefault(false);
-    auto* save = buttons->addButton(tr("&Save"), QDialogButtonBox::AcceptRole);
-    connect(buttons, &QDialogButtonBox::accepted, this, &EditReplacementSheet::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &EditReplacementSheet::reject);
     for (const auto key : {Qt::Key_Return, Qt::Key_Enter})
         connect(new QShortcut(Qt::CTRL | key, this), &QShortcut::activated, this,
                 &EditReplacementSheet::accept);
@@ -52,8 +45,7 @@ EditReplacementSheet::EditReplacementSheet(UserReplacement draft,
     auto* layout = makePageLayout(this);
     layout->addWidget(heading);
     layout->addLayout(form);
-    layout->addWidget(buttons);
-    save->setDefault(true);
+    addSheetButtons(*this, *layout, tr("&Save"));
     resize(440, sizeHint().height());
 }
 

@@ -4,9 +4,12 @@
 #include "preferences/qt/window_palette.h"
 
 #include <QAccessibleWidget>
+#include <QDialog>
+#include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPushButton>
 #include <QSignalBlocker>
 
 namespace glyma::qt {
@@ -138,6 +141,15 @@ QLabel* makeProblem(QWidget* parent) {
     return label;
 }
 
+QPushButton* makeListButton(const QString& sign, const QString& meaning) {
+    auto* button = new QPushButton(sign);
+    button->setFixedWidth(button->sizeHint().height() + 8);
+    button->setAutoDefault(false);
+    button->setAccessibleName(meaning);
+    button->setToolTip(meaning);
+    return button;
+}
+
 void showProblem(QLabel& label, const QString& problem) {
     label.setText(problem);
     label.setVisible(!problem.isEmpty());
@@ -162,6 +174,18 @@ QVBoxLayout* makePageLayout(QWidget* page) {
     layout->setContentsMargins(20, 16, 20, 20);
     layout->setSpacing(8);
     return layout;
+}
+
+QPushButton* addSheetButtons(QDialog& sheet, QBoxLayout& layout, const QString& accept) {
+    auto* buttons = new QDialogButtonBox;
+    // Of buttons that may be the default one, a dialog takes the first, whichever was said to be it before.
+    buttons->addButton(FormGroup::tr("Cancel"), QDialogButtonBox::RejectRole)->setAutoDefault(false);
+    auto* accepting = buttons->addButton(accept, QDialogButtonBox::AcceptRole);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, &sheet, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &sheet, &QDialog::reject);
+    layout.addWidget(buttons);
+    accepting->setDefault(true);
+    return accepting;
 }
 
 FormGroup::FormGroup(QWidget* parent)

@@ -5,6 +5,9 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+class QDialog;
+class QPushButton;
+
 namespace glyma::qt {
 
 // The parts of which the pages of the preferences are built. Widgets belong to their parents, as usual in Qt;
@@ -21,6 +24,9 @@ QLabel* makeProblem(QWidget* parent = nullptr);
 /// Shows the problem and has it read out; an empty one hides the label.
 void showProblem(QLabel& label, const QString& problem);
 
+/// A small button under a list, with a sign; its meaning is read out.
+QPushButton* makeListButton(const QString& sign, const QString& meaning);
+
 /// What screen readers say of a control: its name, from a label that may have a mnemonic, and its
 /// description.
 void describe(QWidget& control, const QString& label, const QString& caption = {});
@@ -30,6 +36,10 @@ void showChecked(QCheckBox& toggle, bool isChecked);
 
 /// A vertical layout with the margins and the spacing of a page.
 QVBoxLayout* makePageLayout(QWidget* page);
+
+/// The buttons at the end of a sheet: one that gives it up and one that accepts it, which Return presses,
+/// too. \return the latter.
+QPushButton* addSheetButtons(QDialog& sheet, QBoxLayout& layout, const QString& accept);
 
 /// Related rows on a ground of their own, with lines between them.
 class FormGroup : public QFrame {

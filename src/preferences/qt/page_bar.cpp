@@ -1,5 +1,6 @@
 #include "preferences/qt/page_bar.h"
 
+#include "preferences/qt/page_bar_accessibility.h"
 #include "preferences/qt/window_palette.h"
 
 #include <QHoverEvent>
@@ -20,6 +21,7 @@ constexpr double cornerRadius = 7;
 
 PageBar::PageBar(QWidget* parent)
     : QTabBar(parent) {
+    installPageBarAccessibility();
     setDrawBase(false);
     setExpanding(false);
     setUsesScrollButtons(false);

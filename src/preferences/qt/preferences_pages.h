@@ -5,7 +5,9 @@
 #include "permissions/permissions.h"
 #include "preferences/debug_config.h"
 #include "preferences/program_operations.h"
+#include "preferences/qt/exclusions_tab.h"
 #include "preferences/qt/preferences_window.h"
+#include "preferences/qt/unicode_tab.h"
 #include "preferences/user_preferences.h"
 
 #include <functional>
@@ -21,6 +23,8 @@ struct PreferencesPagesServices {
     Permissions& permissions;
     ProgramOperations& program;
     ShortcutRecorderServices recorder;
+    ExclusionsTabServices exclusions;
+    UnicodeTabServices library;
     QString version;
 };
 

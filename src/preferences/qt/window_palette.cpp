@@ -29,7 +29,7 @@ QPalette ownPalette(bool isDark) {
     for (const auto role :
          {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
         palette.setColor(role, text);
-    palette.setColor(QPalette::Base, isDark ? QColor(28, 28, 32) : QColor(255, 255, 255));
+    palette.setColor(QPalette::Base, isDark ? QColor(21, 21, 24) : QColor(255, 255, 255));
     palette.setColor(QPalette::AlternateBase, isDark ? QColor(34, 34, 38) : QColor(247, 247, 250));
     palette.setColor(QPalette::ToolTipBase, button);
     const auto disabled = blended(faded(text, 0.45), window);

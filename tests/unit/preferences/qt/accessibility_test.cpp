@@ -1,3 +1,4 @@
+#include "preferences/qt/page_bar.h"
 #include "window_fixture.h"
 
 #include <QLabel>
@@ -8,7 +9,8 @@
 namespace glyma::qt {
 namespace {
 
-const std::vector<std::string> pages{"general", "replacements", "permissions", "advanced", "debug"};
+const std::vector<std::string> pages{"general",     "exclusions", "unicode", "replacements",
+                                     "permissions", "advanced",   "debug"};
 
 class AccessibilityTest : public WindowTest {
 protected:
@@ -78,6 +80,30 @@ TEST_F(AccessibilityTest, SwitchesSayWhatTheyAreAndWhatTheyDo) {
     element->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
     EXPECT_TRUE(element->state().checked);
     EXPECT_TRUE(desk->debug.showRankingInfo());
+}
+
+TEST_F(AccessibilityTest, TheShownPageIsTheSelectedTabAndHasTheFocusOnlyWithTheBar) {
+    open("advanced");
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&desk->window));
+    auto* bar = QAccessible::queryAccessibleInterface(desk->window.findChild<PageBar*>());
+    EXPECT_EQ(bar->role(), QAccessible::PageTabList);
+    ASSERT_EQ(bar->childCount(), int(pages.size()));
+    auto* advanced = bar->child(5);
+    EXPECT_EQ(advanced->text(QAccessible::Name), QStringLiteral("Advanced"));
+    EXPECT_EQ(bar->indexOfChild(advanced), 5);
+    EXPECT_TRUE(advanced->state().selected);
+    EXPECT_TRUE(advanced->state().focused);
+    EXPECT_FALSE(bar->child(0)->state().selected);
+    QTest::keyClick(&desk->window, Qt::Key_Tab);
+    EXPECT_TRUE(advanced->state().selected);
+    EXPECT_FALSE(advanced->state().focused);
+    bar->child(0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(desk->window.currentPage(), "general");
+    EXPECT_FALSE(advanced->state().selected);
+    bar->child(6);
+    desk->debug.setShowDebugTab(false);
+    EXPECT_EQ(bar->childCount(), 6);
+    EXPECT_EQ(bar->child(6), nullptr);
 }
 
 TEST_F(AccessibilityTest, HeadingsAreHeadings) {

@@ -128,9 +128,9 @@ TEST_F(PreferencesWindowTest, IsDrivenByKeys) {
         QTest::keyClick(&window, key, modifiers);
         return window.currentPage();
     };
-    EXPECT_EQ(step(Qt::Key_Tab, Qt::ControlModifier), "replacements");
-    EXPECT_EQ(step(Qt::Key_PageDown, Qt::ControlModifier), "permissions");
-    EXPECT_EQ(step(Qt::Key_Tab, Qt::ControlModifier | Qt::ShiftModifier), "replacements");
+    EXPECT_EQ(step(Qt::Key_Tab, Qt::ControlModifier), "exclusions");
+    EXPECT_EQ(step(Qt::Key_PageDown, Qt::ControlModifier), "unicode");
+    EXPECT_EQ(step(Qt::Key_Tab, Qt::ControlModifier | Qt::ShiftModifier), "exclusions");
     EXPECT_EQ(step(Qt::Key_PageUp, Qt::ControlModifier), "general");
     EXPECT_EQ(step(Qt::Key_PageUp, Qt::ControlModifier), "advanced") << "it goes round";
     EXPECT_EQ(step(Qt::Key_P, Qt::AltModifier), "permissions");

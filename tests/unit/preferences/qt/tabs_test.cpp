@@ -188,6 +188,13 @@ TEST_F(ReplacementsTest, ReturnOrADoubleClickEditsInPlace) {
     EXPECT_EQ(desk->preferences.userReplacements().front(), (UserReplacement{one, "Tee", {"tee"}, "🍵"}));
 }
 
+TEST_F(ReplacementsTest, ReturnSavesANewOne) {
+    press("Add replacement");
+    fill(QStringLiteral("Wave"), {}, {});
+    QTest::keyClick(&named<QLineEdit>(QStringLiteral("Name")), Qt::Key_Return);
+    EXPECT_THAT(names(), ElementsAre("Tea", "", "Bread", "Wave"));
+}
+
 TEST_F(ReplacementsTest, SelectsAsListsDoAndRemovesWhatIsSelected) {
     auto& remove = named<QPushButton>(QStringLiteral("Remove selected replacements"));
     EXPECT_FALSE(remove.isEnabled());
