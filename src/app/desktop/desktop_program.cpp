@@ -80,6 +80,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                              return identifierOf(applications, window);
                          })
     , grabs_(scheduler_)
+    , processes_(foundation.applications)
     , secureInput_({.scheduler = scheduler_,
                     .grabs = grabs_,
                     .processes = processes_,
