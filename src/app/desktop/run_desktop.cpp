@@ -87,7 +87,9 @@ int runInstance(Foundation& foundation, std::unique_ptr<DesktopProgram>& program
     const bool mustDelete = program->mustDeleteContainer();
     program.reset();
     if (mustDelete)
-        removeContainer(foundation.folders);
+        for (const auto& file : removeContainer(foundation.folders, foundation.loginItem))
+            fail(fmt::format("{} could not be removed; check its permissions and remove it by hand",
+                             file.string()));
     return status;
 }
 
