@@ -11,7 +11,7 @@ build=(
     libxcb1-dev libxcb-record0-dev libxcb-res0-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-xinput-dev
     libxcb-xkb-dev libxcb-xtest0-dev libxkbcommon-dev libxkbcommon-x11-dev
 )
-run=(at-spi2-core fonts-dejavu-core fonts-noto-color-emoji)
+run=(at-spi2-core fonts-dejavu-core fonts-noto-color-emoji libqt6svg6)
 demo=(
     dbus dconf-gsettings-backend gir1.2-atspi-2.0 imagemagick libglib2.0-bin mousepad openbox python3 python3-gi
     x11-utils x11-xkb-utils xclip xdotool xvfb
