@@ -1,5 +1,6 @@
 #include "app/desktop/desktop_program.h"
 
+#include "app/command_line.h"
 #include "app/permission_diagnosis.h"
 #include "app/terminal.h"
 #include "catalogue/catalogue_files.h"
@@ -36,6 +37,8 @@ std::string ownIdentifier(const xdg::DesktopEntries& applications) {
 }
 
 constexpr Milliseconds timeForTray{5000};
+constexpr Milliseconds betweenLooksAtInsertion{10};
+constexpr int mostLooksAtInsertion = 50;
 
 /// Menus are all that the program itself takes the keyboard for, but for the moment of an insertion.
 void closeMenus() {
@@ -59,7 +62,7 @@ qt::PressedKey pressedKey(std::uint32_t scanCode, std::uint32_t keysym) {
 
 } // namespace
 
-DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::function<void()> onQuit)
+DesktopProgram::DesktopProgram(Foundation& foundation, Store store)
     : foundation_(foundation)
     , fontCoverage_(foundation.log)
     , catalogue_({.scheduler = scheduler_,
@@ -145,7 +148,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                 .ownIdentifier = ownIdentifier(foundation.applications),
                 .showCharacterInfoForSelection = [this] { characterInfo_.showCharacterInfoForSelection(); },
                 .closeCharacterInfo = [this] { characterInfo_.closeCharacterInfo(); }})
-    , delegate_(delegateServices(std::move(onQuit)))
+    , delegate_(delegateServices())
     , tray_(scheduler_,
             {.openPreferences = [this](const std::string& tab) { delegate_.openPreferences(tab); },
              .openUpdatePage = [this] { delegate_.openUpdatePage(); },
@@ -176,7 +179,7 @@ DesktopProgram::~DesktopProgram() {
     delegate_.applicationWillTerminate();
 }
 
-AppDelegateServices DesktopProgram::delegateServices(std::function<void()> onQuit) {
+AppDelegateServices DesktopProgram::delegateServices() {
     return {.scheduler = scheduler_,
             .log = foundation_.log,
             .preferences = foundation_.preferences,
@@ -190,7 +193,7 @@ AppDelegateServices DesktopProgram::delegateServices(std::function<void()> onQui
                     QDesktopServices::openUrl(QUrl(QString::fromStdString(address)));
                 },
             .showPreferences = [this](const std::string& tab) { showPreferences(tab); },
-            .quit = std::move(onQuit),
+            .quit = [this] { end(status::done); },
             .updateHost = GLYMA_UPDATE_HOST,
             .version = GLYMA_VERSION};
 }
@@ -248,6 +251,16 @@ void DesktopProgram::showPreferences(const std::string& tab) {
         preferences_.show();
     else
         preferences_.show(tab);
+}
+
+/// Not by QApplication::quit(), which asks every window first and stays when one refuses.
+void DesktopProgram::end(int status) {
+    if (!text_.isInserting())
+        return QApplication::exit(status);
+    ending_ = scheduler_.every(betweenLooksAtInsertion, [this, status, looks = 0]() mutable {
+        if (!text_.isInserting() || ++looks == mostLooksAtInsertion)
+            QApplication::exit(status);
+    });
 }
 
 std::string DesktopProgram::diagnosis() const {
