@@ -40,7 +40,7 @@ constexpr Milliseconds timeForTray{5000};
 constexpr Milliseconds betweenLooksAtInsertion{10};
 constexpr int mostLooksAtInsertion = 50;
 
-/// Menus are all that the program itself takes the keyboard for, but for the moment of an insertion.
+/// What the program itself takes the keyboard for, besides an insertion.
 void closeMenus() {
     while (auto* menu = QApplication::activePopupWidget())
         if (!menu->close())
@@ -76,7 +76,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store)
                  std::move(store))
     , clipboard_(QClipboard::Clipboard)
     , primarySelection_(QClipboard::Selection)
-    , accessibility_({.enableBus = true, .warn = [this](std::string_view why) { report(why); }})
+    , accessibility_({.enableBus = true, .warn = [this](std::string_view why) { sayUnreachable(why); }})
     , textElements_(accessibility_, [this]() -> bool { return flags_.isTestFieldFocused; })
     , frontApplications_(scheduler_,
                          [&applications = foundation.applications](const x11::WindowIdentity& window) {
@@ -89,7 +89,11 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store)
                     .processes = processes_,
                     .focusIsPasswordField = [this] { return accessibility_.focusIsPasswordField(); },
                     .focusedProcess = [this] { return frontApplications_.current().process; },
-                    .releaseOwnGrabs = closeMenus})
+                    .releaseOwnGrabs =
+                        [this] {
+                            closeMenus();
+                            tap_.releaseTyping();
+                        }})
     , permissions_(inputMonitoring_, accessibilityBus_, secureInput_)
     , tap_({.display = {},
             .report = [this](std::string_view message) { report(message); },
@@ -226,6 +230,14 @@ void DesktopProgram::start() {
     scheduler_.post([this] { window_.warmUp(); });
     // A session may start its tray after us.
     trayCheck_ = scheduler_.after(timeForTray, [this] { sayThatNoTrayIsThere(); });
+}
+
+/// Any thread.
+void DesktopProgram::sayUnreachable(std::string_view why) {
+    report(fmt::format(
+        "Glyma: ⚠️ text is changed by keys and clipboard only: reaching applications failed — {}",
+        why));
+    scheduler_.post([this, why = std::string(why)] { accessibilityBus_.setObstacle(why); });
 }
 
 std::expected<void, std::string> DesktopProgram::startMonitor() {
