@@ -42,10 +42,7 @@ class AccessibleEditor:
         return self.element.get_state_set().contains(Atspi.StateType.FOCUSED)
 
     def find_text_element(self):
-        os.environ.update({name: self.desktop.environment[name] for name in
-                           ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "HOME")})
-        import gi
-        gi.require_version("Atspi", "2.0")
+        self.desktop.connect_accessibility()
         from gi.repository import Atspi, GLib
         root = Atspi.get_desktop(0)
         try:

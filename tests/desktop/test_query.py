@@ -17,7 +17,7 @@ from pointer import Pointer
 from virtual_desktop import VirtualDesktop, wait_until
 
 EDITORS = {"mousepad": Mousepad, "gnome-text-editor": GnomeTextEditor, "featherpad": FeatherPad}
-TEXT = "caf\u00e9 \U0001f600 here: and more words to click into "
+TEXT = "caf\u00e9 \U0001f600 at 12:30, and more words to click into "
 LIMIT = 0.1  # seconds in which the picker must follow
 # What a look at the picker costs in this program comes on top.
 TOLERANCE = 0.05
@@ -38,6 +38,7 @@ class Scene:
     def __init__(self, desktop, target):
         self.desktop = desktop
         self.target = target
+        desktop.connect_accessibility()
         self.pointer = Pointer(desktop)
         self.glyma = Glyma(desktop, {"excludedApps": [], "debug.debugLogsEnabled": True}).start()
         desktop.set_clipboard("le")
