@@ -258,6 +258,7 @@ class FirefoxField(BrowserField):
             'user_pref("layout.spellcheckDefault", 0);\n'
             'user_pref("browser.startup.homepage_override.mstone", "ignore");\n'
             'user_pref("browser.tabs.remote.autostart", true);\n'
+            'user_pref("browser.urlbar.autoFill", false);\n'
             f'user_pref("network.dns.localDomains", "{",".join(TEST_HOSTS)}");\n')
         return ["firefox-esr", "--profile", profile, "--new-instance", address]
 

@@ -58,7 +58,7 @@ class Exclusions(unittest.TestCase):
     def check_keys_at_once(self, target):
         """Keys that come faster than the program can find out which page it is."""
         before = target.text()
-        self.desktop.run(["xdotool", "key", "--delay", "0", "--", "colon", "s", "m", "Return", "Escape"])
+        self.desktop.run(["xdotool", "key", "--delay", "3", "--", "colon", "s", "m", "Return", "Escape"])
         wait_until(lambda: target.text() == before + ":sm\n", 3, "the typed text")
         self.stays_closed(0.3)
 
