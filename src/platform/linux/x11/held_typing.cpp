@@ -34,7 +34,7 @@ void HeldTyping::consumed(xcb_keycode_t key) {
 void HeldTyping::deliver() {
     while (link_.isHolding() && link_.currentHold() == 0) {
         tap_.readEvents();
-        sort({});
+        sort();
         if (!waiting_.empty())
             deliverWaiting();
         else if (finish())
@@ -43,19 +43,38 @@ void HeldTyping::deliver() {
 }
 
 /// What the grab has not told of went to the application: a moment before the grab stood, or while it was
-/// open for other keys. \param kept  what the grab has told already.
-void HeldTyping::sort(std::vector<TimedMove> kept) {
+/// open for other keys. But a key that we have just pressed for the application, and that the user had let go
+/// by then, is down for the server, which drops his next press of it.
+void HeldTyping::sort() {
     auto arrived = std::exchange(arrived_, {});
     if (arrived.empty())
         return;
-    std::ranges::copy(link_.takeKept(), std::back_inserter(kept));
+    readKept();
+    // The same key moved by us and by the user at the same instant: either may have been taken for the other.
+    constexpr xcb_timestamp_t sameInstant = 4;
+    for (const auto tolerance : {xcb_timestamp_t{0}, sameInstant})
+        for (auto& event : arrived)
+            event.wasKept = event.wasKept || takeKept(event.move, tolerance);
     for (auto& event : arrived) {
-        const auto found = std::ranges::find(kept, event.move);
-        event.hasReachedApplication = event.move.key.isPress && found == kept.end();
-        if (found != kept.end())
-            kept.erase(found);
+        const auto& key = event.move.key;
+        event.hasReachedApplication = key.isPress && !event.wasKept && !shown_.contains(key.key);
         waiting_.push_back(std::move(event));
     }
+}
+
+bool HeldTyping::takeKept(const TimedMove& move, xcb_timestamp_t tolerance) {
+    const auto found = std::ranges::find_if(kept_, [&](const TimedMove& each) {
+        return each.key == move.key && each.time - move.time + tolerance <= 2 * tolerance;
+    });
+    if (found == kept_.end())
+        return false;
+    kept_.erase(found);
+    return true;
+}
+
+/// The grab may tell of keys that the tap has not heard of yet.
+void HeldTyping::readKept() {
+    std::ranges::copy(link_.takeKept(), std::back_inserter(kept_));
 }
 
 void HeldTyping::deliverWaiting() {
@@ -162,24 +181,29 @@ std::vector<HeldKey> HeldTyping::turn(FakeKeys& keys, const Keys& from, const Ke
 bool HeldTyping::finish() {
     link_.freeze();
     tap_.readEvents();
-    auto kept = arrived_.empty() ? std::vector<TimedMove>() : link_.takeKept();
+    if (!arrived_.empty())
+        readKept();
     const auto isOurs = [&](const Event& event) {
         const auto& move = event.move.key;
-        return move.isPress ? std::ranges::find(kept, event.move) != kept.end() : shown_.contains(move.key);
+        return move.isPress ? std::ranges::find(kept_, event.move) != kept_.end() : shown_.contains(move.key);
     };
     if (std::ranges::any_of(arrived_, isOurs)) {
         link_.thaw();
-        sort(std::move(kept));
+        sort();
         return false;
     }
     link_.endHold();
+    kept_.clear();
     giveUp();
     return true;
 }
 
 void HeldTyping::giveUp() {
-    for (const auto& event : std::exchange(arrived_, {}))
-        tap_.hearLive(event);
+    for (auto& event : std::exchange(arrived_, {}))
+        if (link_.isHolding()) // the one before it has begun a hold
+            keep(std::move(event));
+        else
+            tap_.hearLive(event);
 }
 
 } // namespace glyma::x11

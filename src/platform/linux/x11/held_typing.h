@@ -28,6 +28,7 @@ public:
         xcb_input_device_id_t device = 0;
         Locks locks;
         std::optional<KeyEvent> heard; ///< what the callback is to be told
+        bool wasKept = false;
         bool hasReachedApplication = false;
     };
     struct Tap {
@@ -61,7 +62,9 @@ public:
 
 private:
     using Keys = std::map<xcb_keycode_t, xcb_input_device_id_t>;
-    void sort(std::vector<TimedMove> kept);
+    void sort();
+    void readKept();
+    bool takeKept(const TimedMove& move, xcb_timestamp_t tolerance);
     void deliverWaiting();
     void deliver(Event& event);
     void deliverPress(Event& event);
@@ -82,6 +85,8 @@ private:
     /// Down for the application.
     Keys shown_;
     std::vector<Event> arrived_;
+    /// What the grab has told of and the tap has not.
+    std::vector<TimedMove> kept_;
     std::deque<Event> waiting_;
     /// To be sent next; the server's and the application's keys before it.
     std::vector<Event> batch_;

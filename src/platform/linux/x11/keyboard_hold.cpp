@@ -37,7 +37,7 @@ bool KeyboardHold::begin(xcb_window_t window) {
 
 void KeyboardHold::end() {
     letThrough();
-    connection_.flush();
+    (void)connection_.focus(); // behind its answer it is in force
     window_ = XCB_WINDOW_NONE;
     kept_.clear();
 }

@@ -47,6 +47,7 @@ public:
 
     /// Keeps a key event that came to us. \return false when the event is something else.
     bool keep(const xcb_generic_event_t& event);
+    void keep(const TimedMove& move) { kept_.push_back(move); }
     /// What was kept from the application since the last call, repeats excepted; our own moves are among it.
     std::vector<TimedMove> takeKept();
 

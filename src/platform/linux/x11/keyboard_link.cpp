@@ -244,7 +244,10 @@ HoldNumber KeyboardLink::hold() {
             return 0;
         }
         for (const auto& swallowed : swallow())
-            drop(swallowed);
+            if (swallowed.isBystander)
+                hold_->keep({{swallowed.key, true}, swallowed.time});
+            else
+                drop(swallowed);
         grabs_->forgetActiveGrab();
     }
     currentHold_ = ++lastHold_;

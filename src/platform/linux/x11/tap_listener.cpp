@@ -203,6 +203,7 @@ void TapListener::handleRaw(const xcb_input_raw_key_press_event_t& event) {
                             .device = event.sourceid,
                             .locks = typing_.locks(),
                             .heard = std::nullopt,
+                            .wasKept = false,
                             .hasReachedApplication = false};
     if (isPress && !map_->shifts(key)) {
         stopRepeating();
@@ -253,6 +254,7 @@ void TapListener::handleState(const xcb_xkb_state_notify_event_t& event) {
                     .device = 0,
                     .locks = {},
                     .heard = std::move(changed),
+                    .wasKept = false,
                     .hasReachedApplication = false});
     else
         deliver(changed);

@@ -106,6 +106,8 @@ public:
     void clear();
     /// Called in the callback first.
     std::function<void(const KeyEvent&)> react;
+    /// The callback's answer; pass when there is none.
+    std::function<Verdict(const KeyEvent&)> decide;
 
 private:
     std::mutex mutex_;
