@@ -260,7 +260,8 @@ class FirefoxField(BrowserField):
             'user_pref("browser.tabs.remote.autostart", true);\n'
             'user_pref("browser.urlbar.autoFill", false);\n'
             f'user_pref("network.dns.localDomains", "{",".join(TEST_HOSTS)}");\n')
-        return ["firefox-esr", "--profile", profile, "--new-instance", address]
+        return ["firefox-esr", "--width", "900", "--height", "520", "--profile", profile,
+                                      "--new-instance", address]
 
 
 class ChromiumField(BrowserField):

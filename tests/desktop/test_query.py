@@ -223,7 +223,7 @@ class Scene:
         self.desktop.run(["xdotool", "keyup", "alt"])
         self.expect_offset(window, picker, before, "dropped")
         if abs(self.geometry(window)[0] - before[0] - 140) > 4:
-            self.fail("the window has not been dragged")
+            self.fail(f"the window has not been dragged: {before} to {self.geometry(window)}")
         self.choose("smil", text + " ", "chosen after dragging")
 
     def expect_offset(self, window, picker, before, what):
