@@ -115,6 +115,10 @@ TEST(PolledQuery, DeletesWhatTheTextHolds) {
     EXPECT_EQ(polled.deletion(readingOf("x:e\u0301👩‍🚒")), (Deletion{3, ":e\u0301👩‍🚒"}));
     EXPECT_EQ(polled.deletion(readingOf("nothing left")), std::nullopt);
     EXPECT_EQ(polled.deletion({}), (Deletion{8, ":smileys"})) << "only keys have changed the text";
+    polled.type("x");
+    polled.deleteLast();
+    EXPECT_TRUE(polled.accountsForKeys(readingOf("x:smileys")));
+    EXPECT_FALSE(polled.certainlyAccountsForKeys(readingOf("x:smileys"))) << "the x may be still to come";
     polled.disturb();
     EXPECT_EQ(polled.deletion({}), std::nullopt) << "nobody knows what a command has done";
     EXPECT_FALSE(polled.mayBeLate(readingOf("x:smil")));
