@@ -19,8 +19,8 @@ from virtual_desktop import VirtualDesktop, wait_until
 EDITORS = {"mousepad": Mousepad, "gnome-text-editor": GnomeTextEditor, "featherpad": FeatherPad}
 TEXT = "caf\u00e9 \U0001f600 at 12:30, and more words to click into "
 LIMIT = 0.1  # seconds in which the picker must follow
-# What a look at the picker costs in this program comes on top.
-TOLERANCE = 0.05
+# What a look at the picker costs in this program, on a machine that does other things too, comes on top.
+TOLERANCE = 0.1
 
 
 class CompletingEditor(AccessibleEditor):
