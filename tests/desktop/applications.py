@@ -163,6 +163,7 @@ class BrowserField:
     fields = {
         "input": '<input id="field" class="field" value="%s">',
         "textarea": '<textarea id="field" class="field" rows="6">%s</textarea>',
+        "nested": "<div>" * 40 + '<textarea id="field" class="field" rows="6">%s</textarea>' + "</div>" * 40,
         "password": '<input id="field" class="field" type="password" value="%s">',
         "contenteditable": '<div id="field" class="field" contenteditable="true">%s</div>',
     }

@@ -69,7 +69,7 @@ class Exclusions(unittest.TestCase):
         self.desktop.press("Escape", "Escape")
 
     def check_browser(self, kind):
-        browser = kind(self.desktop, "textarea", host=EXCLUDED[0])
+        browser = kind(self.desktop, "nested", host=EXCLUDED[0])
         self.check_left_alone(browser)
         for host in EXCLUDED[1:]:
             browser.visit(host)
