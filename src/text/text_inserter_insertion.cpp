@@ -23,7 +23,7 @@ constexpr Milliseconds beforeGivingBack{500};
 /// How often to look whether the target has asked for the text, and what it takes to put it in then: keys
 /// that come before it stand before it.
 constexpr Milliseconds betweenLooks{5};
-constexpr Milliseconds forInserting{15};
+constexpr Milliseconds forInserting{50};
 
 } // namespace
 

@@ -10,10 +10,6 @@ namespace glyma::x11 {
 
 namespace {
 
-/// Milliseconds. Many programs take a press that bears the time of the release before it for a repeat of a
-/// held key, and Firefox skips repeats while a page is busy (BrowserChild::SkipRepeatedKeyEvent): a BackSpace
-/// was lost.
-constexpr std::uint32_t betweenPresses = 2;
 constexpr std::uint8_t everyModifier = 0xFF;
 
 void sendMark(const Connection& connection, xcb_window_t witness, EchoMark mark) {
@@ -77,10 +73,13 @@ EchoLedger::Batch FakeKeys::write(const Connection& connection, EchoLedger& echo
     };
     KeyMove last{};
     for (const auto& each : moves_) {
-        const bool isAgain = each.key.isPress && !last.isPress && each.key.key == last.key;
+        const bool isAgain =
+            each.key.isPress && !(isHeld && each.isHidden) && !last.isPress && each.key.key == last.key;
         if (isAgain && isHeld) {
             setOpen(false);
             hold->pause(betweenPresses);
+            moveKey(connection, {each.key.key, false}, each.device,
+                    0); // the user may have pressed it meanwhile
         }
         setOpen(!each.isHidden);
         if (each.locks)
@@ -89,7 +88,7 @@ EchoLedger::Batch FakeKeys::write(const Connection& connection, EchoLedger& echo
                                      0, 0, 0);
         else
             moveKey(connection, each.key, each.device, isAgain && !isHeld ? betweenPresses : 0);
-        if (!each.locks)
+        if (!each.locks && !(isHeld && each.isHidden))
             last = each.key;
     }
     setOpen(false);

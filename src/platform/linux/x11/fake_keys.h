@@ -15,6 +15,10 @@ namespace glyma::x11 {
 /// Moves keys as if the user did, several in one go: nothing of the user's comes between them.
 class FakeKeys {
 public:
+    /// Milliseconds. Many programs take a press that bears the time of the release before it for a repeat of
+    /// a held key, and Firefox skips repeats while a page is busy (BrowserChild::SkipRepeatedKeyEvent): a
+    /// BackSpace was lost.
+    static constexpr std::uint32_t betweenPresses = 2;
     /// The device that moves no key of the user's keyboards.
     static constexpr xcb_input_device_id_t ownDevice = 0;
 

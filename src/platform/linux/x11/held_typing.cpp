@@ -57,7 +57,8 @@ void HeldTyping::sort() {
             event.wasKept = event.wasKept || takeKept(event.move, tolerance);
     for (auto& event : arrived) {
         const auto& key = event.move.key;
-        event.hasReachedApplication = key.isPress && !event.wasKept && !shown_.contains(key.key);
+        event.hasReachedApplication =
+            key.isPress && !event.wasKept && !pressed_.contains(key.key) && !shown_.contains(key.key);
         waiting_.push_back(std::move(event));
     }
 }
@@ -122,6 +123,14 @@ void HeldTyping::send(const Event& event) {
         shownBefore_ = shown_;
     }
     const auto key = event.move.key.key;
+    if (event.move.key == KeyMove{lastSent_.key, true} && !lastSent_.isPress) {
+        flush();
+        link_.pause();
+        tap_.readEvents();
+        serverBefore_ = onServer();
+        shownBefore_ = shown_;
+    }
+    lastSent_ = event.move.key;
     if (event.move.key.isPress) {
         shown_[key] = event.device;
         lifted_.erase(key);
@@ -135,23 +144,35 @@ void HeldTyping::flush() {
     if (batch_.empty())
         return;
     FakeKeys keys;
-    turn(keys, serverBefore_, shownBefore_);
+    pressed_ = turn(keys, serverBefore_, shownBefore_);
+    // The server ignores the press of a key that is down, which it may be by now.
+    for (const auto& event : batch_)
+        if (event.move.key.isPress && !shownBefore_.contains(event.move.key.key))
+            keys.release(event.move.key.key, link_.deviceFor(event.device));
     const auto locksNow = tap_.locks();
     auto locks = locksNow;
     for (const auto& event : std::exchange(batch_, {})) {
+        const auto key = event.move.key.key;
         if (event.move.key.isPress && event.locks != locks) {
             keys.setHidden(true);
             keys.lock(locks = event.locks);
         }
         keys.setHidden(false);
         const auto device = link_.deviceFor(event.device);
-        event.move.key.isPress ? keys.press(event.move.key.key, device)
-                               : keys.release(event.move.key.key, device);
+        event.move.key.isPress ? keys.press(key, device) : keys.release(key, device);
+        if (event.move.key.isPress)
+            pressed_[key] = device;
     }
     keys.setHidden(true);
     if (locks != locksNow)
         keys.lock(locksNow);
-    auto restored = turn(keys, shown_, onServer());
+    const auto server = onServer();
+    pressed_.merge(turn(keys, shown_, server));
+    // The user may have let go by now what we press for him.
+    std::vector<HeldKey> restored;
+    for (const auto& [key, device] : pressed_)
+        if (server.contains(key))
+            restored.push_back({key, device});
     link_.replay(keys, std::move(restored));
 }
 
@@ -162,16 +183,16 @@ HeldTyping::Keys HeldTyping::onServer() const {
 }
 
 /// \return what was pressed.
-std::vector<HeldKey> HeldTyping::turn(FakeKeys& keys, const Keys& from, const Keys& to) {
+HeldTyping::Keys HeldTyping::turn(FakeKeys& keys, const Keys& from, const Keys& to) {
     keys.setHidden(true);
-    std::vector<HeldKey> pressed;
+    Keys pressed;
     for (const auto& [key, device] : from)
         if (!to.contains(key))
             keys.release(key, link_.deviceFor(device));
     for (const auto& [key, device] : to)
         if (!from.contains(key)) {
-            pressed.push_back({key, link_.deviceFor(device)});
-            keys.press(key, pressed.back().device);
+            pressed[key] = link_.deviceFor(device);
+            keys.press(key, pressed[key]);
         }
     return pressed;
 }
@@ -194,6 +215,7 @@ bool HeldTyping::finish() {
     }
     link_.endHold();
     kept_.clear();
+    pressed_.clear();
     giveUp();
     return true;
 }

@@ -74,7 +74,7 @@ private:
     bool finish();
     bool isLock(xcb_keycode_t key) const { return map_->shifts(key) && !map_->isHeldModifier(key); }
     Keys onServer() const;
-    std::vector<HeldKey> turn(FakeKeys& keys, const Keys& from, const Keys& to);
+    Keys turn(FakeKeys& keys, const Keys& from, const Keys& to);
 
     KeyboardLink& link_;
     Tap tap_;
@@ -88,6 +88,9 @@ private:
     /// What the grab has told of and the tap has not.
     std::vector<TimedMove> kept_;
     std::deque<Event> waiting_;
+    /// What the last batch has pressed, and moved last for the application.
+    Keys pressed_;
+    KeyMove lastSent_;
     /// To be sent next; the server's and the application's keys before it.
     std::vector<Event> batch_;
     Keys serverBefore_;

@@ -292,6 +292,14 @@ void KeyboardLink::replay(const FakeKeys& keys, std::vector<HeldKey> restored) {
     connection_->flush();
 }
 
+void KeyboardLink::pause() {
+    const std::scoped_lock lock(mutex_);
+    if (!isOpen())
+        return;
+    hold_->pause(FakeKeys::betweenPresses);
+    (void)connection_->focus();
+}
+
 xcb_input_device_id_t KeyboardLink::deviceFor(xcb_input_device_id_t keyboard) {
     const std::scoped_lock lock(mutex_);
     return keyboard != FakeKeys::ownDevice && isOpen() && isMovable(keyboard) ? keyboard

@@ -81,6 +81,8 @@ public:
     /// Moves keys of the user past the hold.
     /// \param restored  as restoredBy() is to answer.
     void replay(const FakeKeys& keys, std::vector<HeldKey> restored);
+    /// Lets pass what has to pass between two presses of one key.
+    void pause();
     /// The device on which a key of this keyboard can be moved.
     xcb_input_device_id_t deviceFor(xcb_input_device_id_t keyboard);
     /// See KeyboardHold.
