@@ -1,7 +1,7 @@
 #include "monitor/keyboard_monitor.h"
 
-#include "monitor/monitor_state.h"
-#include "monitor/selection_dispatch.h"
+#include "monitor/monitor_implementation.h"
+#include "monitor/website_exclusion.h"
 #include "unicode/text.h"
 
 #include <algorithm>
@@ -20,49 +20,6 @@ Rect caretAtPointer(Point pointer, const std::vector<Screen>& screens) {
 }
 
 } // namespace
-
-struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMonitor::Implementation>,
-                                         MonitorServices {
-    explicit Implementation(MonitorServices services)
-        : MonitorServices(std::move(services))
-        , state(tap, ownIdentifier) {}
-
-    // Tap thread
-    Verdict hear(const KeyEvent& event);
-    void hearModifiers(const KeyEvent& event);
-    void perform(const Heard& heard, const KeyEvent& event);
-    void rememberSource();
-    void logFirstCharacter(const KeyEvent& event, bool isVisible);
-
-    // Any thread
-    void post(std::function<void(Implementation&)> action);
-    void postFor(Showing showing, std::function<void(Implementation&)> action);
-
-    // Main thread
-    void showPanel(Showing showing, const TypedText& typed);
-    void fillPicker(Showing showing);
-    void setTyped(const TypedText& typed);
-    void setQuery(const TypedText& typed);
-    void chooseOrDismiss();
-    void dismissPanel();
-    void close(Showing showing);
-    void didSelect(const PickerItem& item);
-    std::string textFor(const PickerItem& item, const std::string& query, bool isAltHeld);
-    void appSwitch(const FrontApplication& application);
-    void readSettings();
-
-    MonitorState state;
-
-    // Main thread
-    bool isStarted = false;
-    Showing shown = 0;     ///< 0: none
-    Showing cancelled = 0; ///< this one and those before it are not to be shown any more
-    std::string queryBuffer;
-    std::ptrdiff_t keystrokeCount = 0;
-    Subscription activation;
-    Subscription preferencesChanged;
-    Subscription flagsChanged;
-};
 
 // Tap thread
 
@@ -100,22 +57,27 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
     case Effect::clearPending:
         return event.flags & modifier::option ? void() : logFirstCharacter(event, false);
     case Effect::rememberSource:
-        return rememberSource();
+        return rememberSource(heard.trigger);
     case Effect::showPanel:
         logFirstCharacter(event, true);
         return post([showing, typed = heard.typed](Implementation& self) { self.showPanel(showing, typed); });
     case Effect::queryTyped:
-        if (event.isAutorepeat)
-            return postFor(showing, [typed = heard.typed](Implementation& self) { self.setTyped(typed); });
-        [[fallthrough]];
+        return postFor(showing,
+                       [typed = heard.typed, text = typedTextOf(event), isAutorepeat = event.isAutorepeat](
+                           Implementation& self) { self.handleTypedCharacter(isAutorepeat, text, typed); });
     case Effect::queryDeleted:
-        return postFor(showing, [typed = heard.typed](Implementation& self) { self.setQuery(typed); });
+        return postFor(showing, [typed = heard.typed](Implementation& self) { self.handleBackspace(typed); });
+    case Effect::queryDisturbed:
+        return postFor(showing, [](Implementation& self) {
+            if (self.queryPoll)
+                self.queryPoll->disturbed();
+        });
     case Effect::moveDown:
         return postFor(showing, [](Implementation& self) { self.picker.moveSelection(1); });
     case Effect::moveUp:
         return postFor(showing, [](Implementation& self) { self.picker.moveSelection(-1); });
     case Effect::choose:
-        return postFor(showing, [](Implementation& self) { self.chooseOrDismiss(); });
+        return postFor(showing, [hold = heard.hold](Implementation& self) { self.chooseOrDismiss(hold); });
     case Effect::dismissPanel:
         return postFor(showing, [](Implementation& self) { self.dismissPanel(); });
     case Effect::showCharacterInfo:
@@ -128,10 +90,11 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
 /// On the main thread: an application that was never asked before can take tenths of a second to tell its
 /// focused element, and keys heard meanwhile would reach it before the keys they open the picker for are
 /// claimed.
-void KeyboardMonitor::Implementation::rememberSource() {
-    post([process = state.frontProcess()](Implementation& self) {
-        self.text.setSourceAppPID(process);
+void KeyboardMonitor::Implementation::rememberSource(TriggerNumber trigger) {
+    post([trigger, front = state.front()](Implementation& self) {
+        self.text.setSourceAppPID(front.process);
         self.text.cacheSourceFocusedElement();
+        self.permit(trigger, front);
     });
 }
 
@@ -162,8 +125,24 @@ void KeyboardMonitor::Implementation::postFor(Showing showing, std::function<voi
 
 // Main thread
 
+/// Keys heard meanwhile may already have opened the picker for this trigger: that showing is behind us in the
+/// queue, so that a picker which may not open is never seen.
+void KeyboardMonitor::Implementation::permit(TriggerNumber trigger, const FrontApplication& front) {
+    const auto current = frontApplications.current();
+    const bool hasLeft = current.process != 0 && front.process != 0 && current.process != front.process &&
+                         current.identifier != ownIdentifier;
+    isTriggerRefused = hasLeft || isExcludedWebsite(front.identifier, text, preferences);
+    if (!isTriggerRefused)
+        return state.allow(trigger);
+    log.debug("Glyma: [tap] trigger ignored: {}",
+              hasLeft ? "the user has left the application" : "not in a page, or in one of an excluded site");
+    const auto taken = state.refuse(trigger);
+    if (!hasLeft && !taken.empty())
+        text.giveBack(taken);
+}
+
 void KeyboardMonitor::Implementation::showPanel(Showing showing, const TypedText& typed) {
-    if (showing <= cancelled)
+    if (showing <= cancelled || isTriggerRefused)
         return;
     shown = showing;
     setTyped(typed);
@@ -171,7 +150,9 @@ void KeyboardMonitor::Implementation::showPanel(Showing showing, const TypedText
     const auto front = frontApplications.current();
     text.setSourceAppPID(front.process);
     text.cacheSourceFocusedElement();
-    const bool isKeystrokeMode = true;
+    const bool isKeystrokeMode = !text.focusedElementReportsSelection();
+    if (!isKeystrokeMode)
+        poll(showing, typed);
     state.setKeystrokeMode(showing, isKeystrokeMode);
     log.debug("Glyma: [showPanel] isKeystrokeMode={} app={}", isKeystrokeMode,
               front.identifier.value_or("?"));
@@ -183,6 +164,12 @@ void KeyboardMonitor::Implementation::showPanel(Showing showing, const TypedText
     window.placeAtCaret(caret);
     window.orderFront();
     window.showCaretOverlay(caret);
+    targetWindow.remember();
+    if (!globalMouseMonitor)
+        globalMouseMonitor = mouse.observe([weak = weak_from_this()](MouseEvent event) {
+            if (const auto self = weak.lock())
+                self->hearMouse(event);
+        });
 }
 
 void KeyboardMonitor::Implementation::fillPicker(Showing showing) {
@@ -206,21 +193,18 @@ void KeyboardMonitor::Implementation::setTyped(const TypedText& typed) {
 
 void KeyboardMonitor::Implementation::setQuery(const TypedText& typed) {
     setTyped(typed);
+    searchQueryBuffer();
+}
+
+void KeyboardMonitor::Implementation::searchQueryBuffer() {
     picker.setTrigger(preferences.triggerCharacter());
     picker.setQuery(queryBuffer);
 }
 
-/// Decided here and not on the tap thread: the list that the main thread had not searched when Return came is
-/// there now. A highlight outside the list chooses nothing, and the picker must not stay behind.
-void KeyboardMonitor::Implementation::chooseOrDismiss() {
-    const auto showing = shown;
-    if (picker.itemCount() > 0)
-        picker.confirmSelection();
-    if (shown == showing)
-        dismissPanel();
-}
-
 void KeyboardMonitor::Implementation::dismissPanel() {
+    queryPoll.reset();
+    globalMouseMonitor.reset();
+    targetWindow.forget();
     queryBuffer.clear();
     keystrokeCount = 0;
     state.setKeystrokeMode(std::exchange(shown, 0), false);
@@ -238,33 +222,6 @@ void KeyboardMonitor::Implementation::close(Showing showing) {
     cancelled = std::max(cancelled, showing);
     if (shown != 0 && shown <= showing)
         dismissPanel();
-}
-
-void KeyboardMonitor::Implementation::didSelect(const PickerItem& item) {
-    const auto isKeystrokeMode = state.isKeystrokeMode();
-    const auto query = queryBuffer;
-    const auto deletion = deletionOf(preferences.triggerCharacter(), query, keystrokeCount, isKeystrokeMode);
-    if (log.debugEnabled())
-        log.debug(
-            "didSelect: queryBuffer=\"{}\" ({} chars), keystrokeCount={}, isKeystrokeMode={}, deleteCount={}",
-            log.redact(query), unicode::graphemeCount(query), keystrokeCount, isKeystrokeMode,
-            deletion.count);
-    const bool isAltHeld = picker.isAltHeld();
-    close(shown);
-    text.insert(textFor(item, query, isAltHeld), deletion.count, deletion.expected);
-}
-
-/// Also records the choice, which counts even if the insertion fails.
-std::string KeyboardMonitor::Implementation::textFor(const PickerItem& item, const std::string& query,
-                                                     bool isAltHeld) {
-    if (const auto special = std::get_if<SpecialEntry>(&item)) {
-        auto picked = catalogue.pickRandom(special->id == "random-emoji");
-        catalogue.recordUsage(std::string(specialPrefix) + special->id, query);
-        return picked;
-    }
-    const auto& entry = std::get<EmojiEntry>(item);
-    catalogue.recordUsage(entry.character, query);
-    return textOf(entry, preferences.skinToneModifier(), isAltHeld);
 }
 
 void KeyboardMonitor::Implementation::appSwitch(const FrontApplication& application) {
@@ -332,6 +289,7 @@ std::expected<void, std::string> KeyboardMonitor::start() {
 void KeyboardMonitor::stop() {
     auto& self = *implementation_;
     self.isStarted = false;
+    self.globalMouseMonitor.reset();
     self.activation.reset();
     self.preferencesChanged.reset();
     self.flagsChanged.reset();

@@ -3,8 +3,10 @@
 #include "catalogue/unicode_data_manager.h"
 #include "monitor/picker_port.h"
 #include "monitor/shared_flags.h"
+#include "platform/accessibility.h"
 #include "platform/front_application.h"
 #include "platform/keyboard_tap.h"
+#include "platform/mouse_monitor.h"
 #include "platform/scheduler.h"
 #include "platform/screens.h"
 #include "preferences/log.h"
@@ -23,7 +25,10 @@ namespace glyma {
 
 struct MonitorServices {
     KeyboardTap& tap;
+    MouseMonitor& mouse;
     Scheduler& scheduler;
+    TaskRunner& tasks;
+    Accessibility& accessibility;
     FrontApplicationTracker& frontApplications;
     Screens& screens;
     TextInserter& text;
@@ -40,8 +45,8 @@ struct MonitorServices {
 };
 
 /// The spine of the program: sees every key, recognises the trigger and the query after it, opens the picker
-/// at the caret, keeps its query in step with the typing, forwards the navigation keys and acts on the
-/// choice.
+/// at the caret, keeps its query in step with the typing or with the target's text, forwards the navigation
+/// keys and acts on the choice.
 ///
 /// Threads: the tap thread runs the callback and hands everything else to the main thread. The values that
 /// both need are in MonitorState, behind one lock held for one short step at a time; every change of them

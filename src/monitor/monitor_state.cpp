@@ -31,9 +31,12 @@ void MonitorState::announce() {
 
 Heard MonitorState::hear(const KeyEvent& event) {
     const Locked locked(*this);
+    ++keysHeard_;
     auto heard = hearOwnShortcuts(event).value_or(Heard{});
     if (heard.effect == Effect::none)
         heard = step(event);
+    if (heard.effect == Effect::choose)
+        heard.hold = tap_.holdTyping(); // before the claims are given up: no key may come in between
     if (event.isAutorepeat && consumedKey_ == event.keyCode)
         heard.verdict = Verdict::consume;
     consumedKey_ = heard.verdict == Verdict::consume ? std::optional(event.keyCode) : std::nullopt;
@@ -44,9 +47,9 @@ std::optional<Heard> MonitorState::hearOwnShortcuts(const KeyEvent& event) {
     const KeyClaims shortcut{false, false, settings_.shortcut};
     const KeyClaims escape{false, settings_.isCharacterInfoShowing, std::nullopt};
     if (!event.isAutorepeat && isClaimed(shortcut, event.keyCode, event.flags))
-        return Heard{Verdict::consume, Effect::showCharacterInfo, 0, {}};
+        return Heard{Verdict::consume, Effect::showCharacterInfo, 0, {}, 0, nullptr};
     if (isClaimed(escape, event.keyCode, event.flags))
-        return Heard{Verdict::consume, Effect::closeCharacterInfo, 0, {}};
+        return Heard{Verdict::consume, Effect::closeCharacterInfo, 0, {}, 0, nullptr};
     return std::nullopt;
 }
 
@@ -54,7 +57,8 @@ Heard MonitorState::step(const KeyEvent& event) {
     const auto text = typedTextOf(event);
     const auto key = meaningOf(event, text, settings_.trigger, isPanelVisible_ && typed_.isLastCharacter());
     auto taken = transition(trigger(), key);
-    if (!isPanelVisible_ && isSilentHere() && key != KeyMeaning::command)
+    const bool isCommand = key == KeyMeaning::command || key == KeyMeaning::commandDelete;
+    if (!isPanelVisible_ && isSilentHere() && !isCommand)
         taken = {};
     if (taken.effect == Effect::showPanel) {
         ++showing_;
@@ -65,9 +69,13 @@ Heard MonitorState::step(const KeyEvent& event) {
         typed_.type(text, event.isAutorepeat);
     } else if (taken.effect == Effect::queryDeleted) {
         typed_.deleteLast();
+    } else if (taken.effect == Effect::rememberSource) {
+        permission_.ask();
     }
+    if (taken.verdict == Verdict::consume)
+        permission_.take({event.keyCode, event.flags});
     setTrigger(taken.next);
-    return {taken.verdict, taken.effect, showing_, typed_};
+    return {taken.verdict, taken.effect, showing_, typed_, permission_.asked(), nullptr};
 }
 
 /// Our own windows, but for the field that is there to try the picker in; applications that the user
@@ -81,13 +89,13 @@ bool MonitorState::isSilentHere() const {
 }
 
 TriggerState MonitorState::trigger() const {
-    return isPanelVisible_     ? TriggerState::open
+    return isPanelVisible_     ? (isKeystrokeMode_ ? TriggerState::open : TriggerState::polled)
            : isPendingTrigger_ ? TriggerState::pending
                                : TriggerState::idle;
 }
 
 void MonitorState::setTrigger(TriggerState state) {
-    isPanelVisible_ = state == TriggerState::open;
+    isPanelVisible_ = state == TriggerState::open || state == TriggerState::polled;
     isPendingTrigger_ = state == TriggerState::pending;
 }
 
@@ -111,9 +119,9 @@ std::optional<Showing> MonitorState::openShowing() const {
     return isPanelVisible_ ? std::optional(showing_) : std::nullopt;
 }
 
-pid_t MonitorState::frontProcess() const {
+FrontApplication MonitorState::front() const {
     const std::lock_guard lock(mutex_);
-    return cachedFrontPID_;
+    return {cachedFrontBundleID_, cachedFrontPID_};
 }
 
 void MonitorState::setSettings(TapSettings settings) {
@@ -133,6 +141,11 @@ void MonitorState::setKeystrokeMode(Showing showing, bool value) {
         isKeystrokeMode_ = value;
 }
 
+TypedText MonitorState::typed() const {
+    const std::lock_guard lock(mutex_);
+    return typed_;
+}
+
 void MonitorState::close(Showing showing) {
     const Locked locked(*this);
     if (showing_ == showing)
@@ -142,6 +155,31 @@ void MonitorState::close(Showing showing) {
 void MonitorState::clearPendingTrigger() {
     const Locked locked(*this);
     isPendingTrigger_ = false;
+}
+
+std::uint64_t MonitorState::keysHeard() const {
+    const std::lock_guard lock(mutex_);
+    return keysHeard_;
+}
+
+bool MonitorState::leaveUnlessHeard(std::uint64_t keysHeard, bool isPending) {
+    const Locked locked(*this);
+    if (keysHeard_ != keysHeard)
+        return false;
+    setTrigger(isPending ? TriggerState::pending : TriggerState::idle);
+    return true;
+}
+
+void MonitorState::allow(TriggerNumber trigger) {
+    const Locked locked(*this);
+    permission_.allow(trigger);
+}
+
+std::vector<KeyChord> MonitorState::refuse(TriggerNumber trigger) {
+    const Locked locked(*this);
+    if (permission_.asked() == trigger)
+        setTrigger(TriggerState::idle);
+    return permission_.refuse(trigger);
 }
 
 void MonitorState::setTapRunning(bool isRunning) {

@@ -1,15 +1,18 @@
 #pragma once
 
 #include "monitor/trigger_machine.h"
+#include "monitor/trigger_permission.h"
 #include "monitor/typed_text.h"
 #include "platform/front_application.h"
 #include "platform/keyboard_tap.h"
 
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace glyma {
 
@@ -29,8 +32,11 @@ struct TapSettings {
 struct Heard {
     Verdict verdict = Verdict::pass;
     Effect effect = Effect::none;
-    Showing showing = 0; ///< the picker that the effect is meant for
-    TypedText typed;     ///< after the key
+    Showing showing = 0;       ///< the picker that the effect is meant for
+    TypedText typed;           ///< after the key, as far as keys tell
+    TriggerNumber trigger = 0; ///< the last one typed
+    /// What follows a choice waits until the text has been inserted.
+    std::shared_ptr<TypingHold> hold;
 };
 
 /// The values that the tap thread and the main thread share, behind one lock. Each operation is one short
@@ -48,14 +54,28 @@ public:
     bool isKeystrokeMode() const;
     /// The picker that is open, or about to be.
     std::optional<Showing> openShowing() const;
-    pid_t frontProcess() const;
+    FrontApplication front() const;
 
     void setSettings(TapSettings settings);
     void setFront(const FrontApplication& application);
     void setKeystrokeMode(Showing showing, bool value);
+    /// What the keys since the trigger of the latest showing have typed.
+    TypedText typed() const;
     /// Closes this picker, not one that the user has opened since.
     void close(Showing showing);
     void clearPendingTrigger();
+
+    /// How many keys were heard so far. What was read from the target before the latest of them is no reason
+    /// to close anything.
+    std::uint64_t keysHeard() const;
+    /// Closes whatever is open or pending and leaves the trigger pending, or not, if no key was heard since.
+    /// \return whether it did.
+    bool leaveUnlessHeard(std::uint64_t keysHeard, bool isPending);
+    /// The picker may open where this trigger was typed.
+    void allow(TriggerNumber trigger);
+    /// It may not: forgets this trigger and closes what it has opened.
+    /// \return keys taken from the application since, which it has to get after all.
+    std::vector<KeyChord> refuse(TriggerNumber trigger);
     /// The tap runs, or has forgotten everything.
     void setTapRunning(bool isRunning);
 
@@ -80,8 +100,10 @@ private:
 
     TapSettings settings_;
     TypedText typed_;
+    TriggerPermission permission_;
     Showing showing_ = 0;
     bool isTapRunning_ = false;
+    std::uint64_t keysHeard_ = 0;
     KeyClaims claims_; ///< what the tap was last told
     /// Its repeats belong to us as well, until another key is pressed.
     std::optional<std::uint16_t> consumedKey_;

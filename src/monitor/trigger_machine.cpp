@@ -30,6 +30,7 @@ constexpr Row table[] = {
     {pending, trigger, {open, Effect::showPanel, pass}},
     {pending, deadKey, {pending, Effect::keepPending, pass}},
     {pending, command, {pending, Effect::none, pass}},
+    {pending, commandDelete, {pending, Effect::none, pass}},
     {pending, optionDelete, {idle, Effect::none, pass}},
     {pending, optionCharacter, {idle, Effect::none, pass}},
 
@@ -44,8 +45,25 @@ constexpr Row table[] = {
     {open, escape, {idle, Effect::dismissPanel, consume}},
     {open, moveCaret, {idle, Effect::dismissPanel, pass}},
     {open, command, {idle, Effect::dismissPanel, pass}},
+    {open, commandDelete, {idle, Effect::dismissPanel, pass}},
     {open, optionDelete, {idle, Effect::dismissPanel, pass}},
     {open, optionCharacter, {idle, Effect::dismissPanel, pass}},
+
+    {polled, character, {polled, Effect::queryTyped, pass}},
+    {polled, trigger, {polled, Effect::queryTyped, pass}},
+    {polled, space, {polled, Effect::queryTyped, pass}},
+    {polled, backspace, {polled, Effect::queryDeleted, pass}},
+    {polled, backspaceToTrigger, {polled, Effect::queryDeleted, pass}},
+    {polled, optionDelete, {polled, Effect::queryDisturbed, pass}},
+    {polled, tab, {polled, Effect::queryDisturbed, pass}},
+    {polled, command, {polled, Effect::queryDisturbed, pass}},
+    {polled, commandDelete, {idle, Effect::dismissPanel, pass}},
+    {polled, down, {polled, Effect::moveDown, consume}},
+    {polled, up, {polled, Effect::moveUp, consume}},
+    {polled, choose, {idle, Effect::choose, consume}},
+    {polled, escape, {idle, Effect::dismissPanel, consume}},
+    {polled, moveCaret, {idle, Effect::dismissPanel, pass}},
+    {polled, optionCharacter, {idle, Effect::dismissPanel, pass}},
 };
 
 // The range in which desktops report keys that type nothing.
@@ -60,15 +78,22 @@ bool isVisible(std::string_view text) {
 
 // Canonical codes of keys that never compose: an empty text of theirs is no dead key's.
 constexpr std::uint16_t silentKeys[] = {
-    48,  keycode::insert,
-    116, 117,
-    121, // Tab, Insert, Page Up, Forward Delete, Page Down
-    122, 120,
-    99,  118,
-    96,  97,
-    98,  100,
-    101, 109,
-    103, 111, // F1 to F12
+    keycode::insert,
+    116,
+    117,
+    121, // Insert, Page Up, Forward Delete, Page Down
+    122,
+    120,
+    99,
+    118,
+    96,
+    97,
+    98,
+    100,
+    101,
+    109,
+    103,
+    111, // F1 to F12
 };
 // The keypad's digits and period, which move the caret while Num Lock is off.
 constexpr std::uint16_t keypadKeys[] = {82, 83, 84, 85, 86, 87, 88, 89, 91, 92, 65};
@@ -100,7 +125,7 @@ KeyMeaning meaningOf(const KeyEvent& event, std::string_view text, std::string_v
                      bool isLastCharacter) {
     const bool isOption = event.flags & modifier::option;
     if (event.flags & modifier::controlOrCommand)
-        return command;
+        return event.keyCode == keycode::backspace ? commandDelete : command;
     switch (event.keyCode) {
     case keycode::backspace:
         return isOption ? optionDelete : isLastCharacter ? backspaceToTrigger : backspace;
@@ -123,6 +148,8 @@ KeyMeaning meaningOf(const KeyEvent& event, std::string_view text, std::string_v
     }
     if (isOption)
         return isVisible(text) ? optionCharacter : other;
+    if (event.keyCode == keycode::tab)
+        return tab;
     return meaningOfText(event.keyCode, text, triggerCharacter);
 }
 
@@ -132,7 +159,8 @@ Transition transition(TriggerState state, KeyMeaning key) {
             return row.transition;
     switch (state) {
     case open:
-        return {open, Effect::none, pass};
+    case polled:
+        return {state, Effect::none, pass};
     case pending:
         return {idle, Effect::clearPending, pass};
     case idle:

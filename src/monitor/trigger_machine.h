@@ -11,7 +11,8 @@ namespace glyma {
 enum class TriggerState {
     idle,
     pending, ///< the trigger is the last thing typed
-    open,    ///< the picker is open, or about to be
+    open,    ///< the picker is open, or about to be; the keys tell the query
+    polled,  ///< the picker is open and the target's text tells the query
 };
 
 /// What a key means here.
@@ -26,11 +27,13 @@ enum class KeyMeaning {
     down,
     choose, ///< Return, keypad Enter
     escape,
+    tab,             ///< types a tab, or accepts what the target proposes
     moveCaret,       ///< Home, End, Left, Right, and the keypad's while it does not type digits
-    command,         ///< anything with Control or Command
+    command,         ///< anything else with Control or Command
+    commandDelete,   ///< Backspace with Control or Command
     optionDelete,    ///< deletes a word
     optionCharacter, ///< a menu's key: types nothing
-    other,           ///< Tab, Page Down, function keys
+    other,           ///< Page Down, function keys
 };
 
 /// What is to be done after a key; somebody else does it.
@@ -42,6 +45,7 @@ enum class Effect {
     showPanel,
     queryTyped,
     queryDeleted,
+    queryDisturbed, ///< the target's text may become anything
     moveDown,
     moveUp,
     choose,

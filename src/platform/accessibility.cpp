@@ -16,4 +16,9 @@ std::string_view describe(AccessibilityError error) {
     return "failed";
 }
 
+const TextMarkerFunctions& Accessibility::textMarkerFunctions() const {
+    static const TextMarkerFunctions none;
+    return none;
+}
+
 } // namespace glyma

@@ -4,7 +4,9 @@
 
 #include <cstddef>
 #include <expected>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -42,6 +44,12 @@ struct Address {
     bool operator==(const Address&) const = default;
 };
 
+/// What a desktop may have beside the attributes to take ranges of markers apart and put them together. An
+/// empty function is one that it has not.
+struct TextMarkerFunctions {
+    std::function<std::optional<TextMarker>(const TextMarkerRange&)> copyStartMarker;
+    std::function<std::optional<TextMarkerRange>(const TextMarker& from, const TextMarker& to)> createRange;
+};
 /// A value of an attribute. Strings are UTF-8.
 using AttributeValue = std::variant<std::string, TextRange, Point, Size, Rect, ElementReference, Address,
                                     TextMarker, TextMarkerRange, std::vector<TextMarker>, std::ptrdiff_t>;
@@ -66,14 +74,23 @@ inline constexpr std::string_view value = "AXValue";
 inline constexpr std::string_view selectedText = "AXSelectedText";
 inline constexpr std::string_view selectedTextRange = "AXSelectedTextRange";
 inline constexpr std::string_view selectedTextMarkerRange = "AXSelectedTextMarkerRange";
+inline constexpr std::string_view startTextMarker = "AXStartTextMarker";
 inline constexpr std::string_view position = "AXPosition";
 inline constexpr std::string_view size = "AXSize";
 inline constexpr std::string_view url = "AXURL";
+/// Ours. Of a window: the web area it shows; no value when it shows none or its pages cannot be read.
+inline constexpr std::string_view page = "AXPage";
 // Parameterised:
 inline constexpr std::string_view stringForRange = "AXStringForRange";
 inline constexpr std::string_view boundsForRange = "AXBoundsForRange";
 inline constexpr std::string_view boundsForTextMarkerRange = "AXBoundsForTextMarkerRange";
 inline constexpr std::string_view stringForTextMarkerRange = "AXStringForTextMarkerRange";
+inline constexpr std::string_view indexForTextMarker = "AXIndexForTextMarker";
+inline constexpr std::string_view startTextMarkerForTextMarkerRange = "AXStartTextMarkerForTextMarkerRange";
+inline constexpr std::string_view leftLineTextMarkerRangeForTextMarker =
+    "AXLeftLineTextMarkerRangeForTextMarker";
+inline constexpr std::string_view textMarkerRangeForUnorderedTextMarkers =
+    "AXTextMarkerRangeForUnorderedTextMarkers";
 } // namespace attribute
 
 /// Reads and changes what other applications show. Every call answers within 150 ms; an application that did
@@ -97,6 +114,8 @@ public:
     virtual bool isAttributeSettable(const ElementReference& element, std::string_view name) = 0;
     /// The innermost element at a point of the desktop, below `root` (systemWide: any application's).
     virtual Result<ElementReference> elementAtPosition(const ElementReference& root, Point point) = 0;
+    /// The same for the life of the desktop.
+    virtual const TextMarkerFunctions& textMarkerFunctions() const;
 };
 
 } // namespace glyma

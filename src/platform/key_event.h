@@ -11,6 +11,7 @@ namespace glyma {
 namespace keycode {
 inline constexpr std::uint16_t v = 9;
 inline constexpr std::uint16_t returnKey = 36;
+inline constexpr std::uint16_t tab = 48;
 inline constexpr std::uint16_t backspace = 51;
 inline constexpr std::uint16_t escape = 53;
 inline constexpr std::uint16_t keypadEnter = 76;

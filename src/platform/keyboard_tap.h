@@ -1,9 +1,11 @@
 #pragma once
 
 #include "platform/key_event.h"
+#include "platform/typing_hold.h"
 
 #include <expected>
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace glyma {
@@ -25,6 +27,10 @@ public:
     virtual void enable() = 0;
     /// Announces what the callback would consume from now on. In force when the call returns. Any thread.
     virtual void claim(const KeyClaims& claims) = 0;
+    /// Holds what the user types from now on; called from the callback, that is everything behind the key it
+    /// was called for. In force when the call returns. Null when it cannot be had (somebody else has the
+    /// keyboard): typing goes on as ever. Any thread.
+    virtual std::shared_ptr<TypingHold> holdTyping() = 0;
 };
 
 } // namespace glyma

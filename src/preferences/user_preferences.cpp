@@ -1,5 +1,6 @@
 #include "preferences/user_preferences.h"
 
+#include "preferences/browsers.h"
 #include "preferences/default_exclusions.h"
 #include "preferences/default_replacements.h"
 #include "preferences/paste_chords.h"
@@ -29,6 +30,7 @@ constexpr const char* randomUnicodeIncludesEmoji = "randomUnicodeIncludesEmoji";
 constexpr const char* visiblePickerRows = "visiblePickerRows";
 constexpr const char* skinToneModifier = "skinToneModifier";
 constexpr const char* pasteChords = "pasteChords";
+constexpr const char* browsers = "browsers";
 } // namespace key
 
 constexpr std::string_view defaultTrigger = ":";
@@ -104,6 +106,7 @@ UserPreferences::Values UserPreferences::load(const SettingsStore& store, const 
         .startAtLogin = loginItem.isEnabled(),
         .skinToneModifier = storedSkinTone(store),
         .pasteChords = parsePasteChords(store.value(key::pasteChords).value_or(json())),
+        .browsers = parseBrowsers(store.value(key::browsers).value_or(json())),
     };
 }
 
@@ -183,6 +186,12 @@ KeyChord UserPreferences::pasteChord(std::string_view applicationIdentifier) con
     const std::lock_guard lock(mutex_);
     const auto place = values_.pasteChords.find(applicationIdentifier);
     return place != values_.pasteChords.end() ? place->second : defaultPasteChord(applicationIdentifier);
+}
+
+bool UserPreferences::isBrowser(std::string_view applicationIdentifier) const {
+    const std::scoped_lock lock(mutex_);
+    const auto place = values_.browsers.find(applicationIdentifier);
+    return place != values_.browsers.end() ? place->second : isKnownBrowser(applicationIdentifier);
 }
 
 void UserPreferences::setTriggerCharacter(const std::string& value) {

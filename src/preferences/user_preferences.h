@@ -56,6 +56,9 @@ public:
     /// (key `pasteChords`, an object of identifier to "Ctrl+Shift+V" or "Shift+Insert" or "Ctrl+V") come
     /// before ours.
     KeyChord pasteChord(std::string_view applicationIdentifier) const;
+    /// Whether the application's web sites can be excluded. The user's entries (key `browsers`, an object of
+    /// identifier to true or false) come before ours.
+    bool isBrowser(std::string_view applicationIdentifier) const;
 
     void setTriggerCharacter(const std::string& value);
     void setUserReplacements(const std::vector<UserReplacement>& value);
@@ -92,6 +95,7 @@ private:
         bool startAtLogin = false;
         std::optional<std::string> skinToneModifier;
         std::map<std::string, KeyChord, std::less<>> pasteChords;
+        std::map<std::string, bool, std::less<>> browsers;
     };
 
     static Values load(const SettingsStore& store, const LoginItem& loginItem,

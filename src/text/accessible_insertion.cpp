@@ -46,14 +46,15 @@ AccessibleInsertion::Outcome AccessibleInsertion::run() {
     if (!element_)
         return Outcome::useClipboard;
     if (!typedTextHasArrived()) {
-        log_.debug("insertViaAX: the text before the caret is not the typed text; using clipboard");
-        return Outcome::useClipboard;
+        log_.debug("insertViaAX: the text before the caret is not the typed text");
+        return Outcome::otherText;
     }
     const auto selection = readSelectedRange(true);
     if (!selection)
         return Outcome::useClipboard;
 
     caret_ = selection->location;
+    includeProposal(*selection);
     deletion_ = insertion::deletionRange(caret_, deleteUnits_);
     log_.debug("insertViaAX: caretLocation={}, deleteCount={}, deleteFrom={}, deleteLength={}", caret_,
                deleteUnits_, deletion_.location, deletion_.length);
@@ -87,6 +88,21 @@ AccessibleInsertion::Outcome AccessibleInsertion::resolve() {
         return Outcome::pasteOverSelection;
     isUntouched_ = range->location == caret_ && (!expected_ || stands(caret_, *expected_));
     return Outcome::uncertain;
+}
+
+/// What is selected behind the typed text is a completion that the application proposes: the user's typing
+/// would have replaced it.
+void AccessibleInsertion::includeProposal(TextRange selection) {
+    if (selection.length <= 0)
+        return;
+    const auto proposal =
+        valueAs<std::string>(accessibility_.attributeValue(element_, attribute::selectedText));
+    if (!proposal || static_cast<std::ptrdiff_t>(unicode::utf16Length(*proposal)) != selection.length)
+        return;
+    caret_ += selection.length;
+    deleteUnits_ += selection.length;
+    if (expected_)
+        *expected_ += *proposal;
 }
 
 /// Whether that text ends there.

@@ -21,6 +21,8 @@ public:
         pasteOverSelection,
         /// Nothing was changed; use the keyboard and the clipboard.
         useClipboard,
+        /// Nothing was changed: something else than the typed text stands before the caret.
+        otherText,
         /// Something else is selected and stays so: nothing can be inserted without destroying it.
         refused,
         /// The application did not say in time whether it did what it was told, and may still do it: any
@@ -42,6 +44,7 @@ public:
 
 private:
     bool typedTextHasArrived();
+    void includeProposal(TextRange selection);
     std::optional<TextRange> readSelectedRange(bool logsFailure = false);
     Accessibility::Result<void> select(TextRange range);
     std::string readSelectedText(std::ptrdiff_t minimumUnits);

@@ -18,10 +18,11 @@ public:
         for (const auto id : std::exchange(finished_, {}))
             waiting_.erase(id);
         const auto id = next_++;
-        waiting_[id] = scheduler_.after(delay, [this, id, job = std::move(job)] {
-            // Erased only later: the subscription must outlive the job that runs on it.
+        waiting_[id] = scheduler_.after(delay, [this, id, job = std::move(job)]() mutable {
+            // Erased only later: the subscription must outlive the job that runs on it. What the job owns
+            // ends with it.
             finished_.push_back(id);
-            job();
+            std::exchange(job, nullptr)();
         });
     }
 

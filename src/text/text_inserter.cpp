@@ -1,6 +1,7 @@
 #include "text/text_inserter.h"
 
 #include "text/page_address.h"
+#include "text/text_before_cursor.h"
 
 #include <algorithm>
 #include <utility>
@@ -226,6 +227,23 @@ std::optional<std::string> TextInserter::selectedText() const {
     text = valueAs<std::string>(
         accessibility.parameterizedValue(element, attribute::stringForTextMarkerRange, *markers));
     return text && !text->empty() ? text : std::nullopt;
+}
+
+bool TextInserter::hidesPages() const {
+    auto found = elementAttribute(services_.accessibility.systemWide(), attribute::focusedApplication);
+    for (const auto name : {attribute::focusedWindow, attribute::page})
+        if (found)
+            found = elementAttribute(*found, name);
+    return !found && found.error() != AccessibilityError::timedOut;
+}
+
+std::optional<std::string> TextInserter::textBeforeCursor() const {
+    const auto element = focusedElement();
+    if (!element) {
+        services_.log.debug("textBeforeCursor: focused element not found");
+        return std::nullopt;
+    }
+    return TextBeforeCursor(services_.accessibility, services_.log, element, pollTickCount_).read();
 }
 
 std::optional<std::string> TextInserter::pageHost() const {

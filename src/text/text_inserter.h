@@ -6,16 +6,20 @@
 #include "platform/key_injector.h"
 #include "platform/scheduler.h"
 #include "platform/screens.h"
+#include "platform/typing_hold.h"
 #include "preferences/log.h"
 #include "preferences/user_preferences.h"
 #include "text/accessible_insertion.h"
 #include "text/clipboard_loan.h"
 #include "text/delayed_jobs.h"
 
+#include <atomic>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -37,10 +41,15 @@ struct TextServices {
 };
 
 /// Reads and changes the text of other applications through one element: the one that had the focus when the
-/// trigger was typed. Finding and caching it may be called from the tap thread as well as the main thread;
-/// everything else belongs to the main thread.
+/// trigger was typed. Finding and caching it may be called from the tap thread as well as the main thread,
+/// reading the text before the caret from any; everything else belongs to the main thread.
 class TextInserter {
 public:
+    enum class Otherwise {
+        keys,    ///< backspaces: the count is that of keys, which the application applies in order
+        nothing, ///< the count is that of the text
+    };
+
     explicit TextInserter(TextServices services);
     ~TextInserter();
 
@@ -61,12 +70,28 @@ public:
     /// Host of the page that the cached element belongs to, without "www."; empty when the page has none;
     /// absent when the element is not inside web content.
     std::optional<std::string> pageHost() const;
+    /// Whether the window in front has no web page that can be read. Not so while its application does not
+    /// answer, which one that has just been started may not.
+    bool hidesPages() const;
+    /// What stands before the caret, from anywhere up to the caret; absent when nobody can tell.
+    std::optional<std::string> textBeforeCursor() const;
+    /// Number of the poll under way, for the log.
+    void setPollTickCount(int count) { pollTickCount_ = count; }
 
     // Insertion
     /// Replaces the `deleteCharsBefore` characters before the caret by the text, 0.05 s from now.
-    /// \param expected  what is about to be deleted, when it is known exactly.
+    /// \param expected   what is about to be deleted, when it is known exactly.
+    /// \param hold       keeps the user's keys out of the text meanwhile; let go when the insertion has ended
+    /// in
+    ///                   whatever way. Null where typing cannot be held.
+    /// \param otherwise  what to do when something else is known to stand there by then.
     void insert(const std::string& text, std::ptrdiff_t deleteCharsBefore,
-                const std::optional<std::string>& expected);
+                const std::optional<std::string>& expected, std::shared_ptr<TypingHold> hold = nullptr,
+                Otherwise otherwise = Otherwise::keys);
+    /// Says that an insertion is not made, and why.
+    void leaveUntouched(std::string_view why);
+    /// Presses keys in the application that has the focus, for keys that were taken from it without need.
+    void giveBack(std::span<const KeyChord> keys);
 
 private:
     Accessibility::Result<ElementReference> elementAttribute(const ElementReference& element,
@@ -76,31 +101,36 @@ private:
     std::optional<Rect> boundsForParameter(const ElementReference& element, std::string_view name,
                                            const AttributeValue& parameter) const;
 
-    /// One insertion under way.
+    /// One insertion under way. What waits for it owns it.
     struct Insertion {
         std::string text;
         std::ptrdiff_t deleteCount = 0;
         FrontApplication target;
         AccessibleInsertion accessible;
+        std::shared_ptr<TypingHold> hold;
+        Otherwise otherwise = Otherwise::keys;
         int resolveAttempts = 0;
         int timesUntouched = 0;
     };
-    bool insertViaAccessibility(const std::shared_ptr<Insertion>& insertion);
-    bool act(const std::shared_ptr<Insertion>& insertion, AccessibleInsertion::Outcome outcome);
-    void resolveLater(const std::shared_ptr<Insertion>& insertion);
-    void resolve(const std::shared_ptr<Insertion>& insertion);
+    using InsertionReference = std::shared_ptr<Insertion>;
+    bool insertViaAccessibility(const InsertionReference& insertion);
+    bool act(const InsertionReference& insertion, AccessibleInsertion::Outcome outcome);
+    void resolveLater(const InsertionReference& insertion);
+    void resolve(const InsertionReference& insertion);
     bool isStillInFront(const FrontApplication& target);
-    void leaveUntouched(std::string_view why);
-    void insertViaClipboard(const std::string& text, std::ptrdiff_t deleteCount);
-    void pasteOverSelection(const std::string& text);
+    bool mayGoOn(const Insertion& insertion);
+    void insertViaClipboard(const InsertionReference& insertion);
+    void pasteOverSelection(const InsertionReference& insertion);
     KeyChord pasteChord() const;
     void borrowClipboards(const KeyChord& chord);
-    void paste(const std::string& text, const KeyChord& chord);
+    void paste(const InsertionReference& insertion, const KeyChord& chord);
+    void releaseWhenTaken(const InsertionReference& insertion, const std::function<bool()>& isTaken);
 
     TextServices services_;
     mutable std::mutex mutex_;
     pid_t sourceAppPID_ = 0;
     ElementReference cachedSourceElement_;
+    std::atomic<int> pollTickCount_ = 0;
     ClipboardLoan clipboardLoan_;
     std::optional<ClipboardLoan> primaryLoan_;
     DelayedJobs jobs_;

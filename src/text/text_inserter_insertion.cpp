@@ -2,6 +2,7 @@
 #include "unicode/text.h"
 
 #include <chrono>
+#include <utility>
 #include <vector>
 
 namespace glyma {
@@ -19,11 +20,16 @@ constexpr int mostResolveAttempts = 35;
 constexpr int enoughTimesUntouched = 5;
 /// Lets the target read what is pasted.
 constexpr Milliseconds beforeGivingBack{500};
+/// How often to look whether the target has asked for the text, and what it takes to put it in then: keys
+/// that come before it stand before it.
+constexpr Milliseconds betweenLooks{5};
+constexpr Milliseconds forInserting{50};
 
 } // namespace
 
 void TextInserter::insert(const std::string& text, std::ptrdiff_t deleteCharsBefore,
-                          const std::optional<std::string>& expected) {
+                          const std::optional<std::string>& expected, std::shared_ptr<TypingHold> hold,
+                          Otherwise otherwise) {
     auto& log = services_.log;
     if (log.debugEnabled())
         log.debug("insert: deleteCharsBefore={}, text=\"{}\" ({} chars, {} UTF-16)", deleteCharsBefore,
@@ -32,10 +38,11 @@ void TextInserter::insert(const std::string& text, std::ptrdiff_t deleteCharsBef
     const auto insertion =
         std::make_shared<Insertion>(text, deleteCharsBefore, services_.frontApplications.current(),
                                     AccessibleInsertion(services_.accessibility, services_.scheduler,
-                                                        services_.log, text, deleteCharsBefore, expected));
+                                                        services_.log, text, deleteCharsBefore, expected),
+                                    std::move(hold), otherwise);
     jobs_.after(beforeInsertion, [this, insertion] {
-        if (isStillInFront(insertion->target) && !insertViaAccessibility(insertion))
-            insertViaClipboard(insertion->text, insertion->deleteCount);
+        if (mayGoOn(*insertion) && !insertViaAccessibility(insertion))
+            insertViaClipboard(insertion);
     });
 }
 
@@ -47,22 +54,32 @@ bool TextInserter::isStillInFront(const FrontApplication& target) {
     return false;
 }
 
+/// Nor is what stands there after the user's keys could not be held any longer.
+bool TextInserter::mayGoOn(const Insertion& insertion) {
+    if (!isStillInFront(insertion.target))
+        return false;
+    if (!insertion.hold || insertion.hold->isOn())
+        return true;
+    leaveUntouched("it has taken so long that the user types on");
+    return false;
+}
+
 void TextInserter::leaveUntouched(std::string_view why) {
     services_.log.debug("insert: {}; leaving the text untouched", why);
     services_.bell.ring();
 }
 
 /// \return false when the text still has to be inserted through the clipboard.
-bool TextInserter::insertViaAccessibility(const std::shared_ptr<Insertion>& insertion) {
+bool TextInserter::insertViaAccessibility(const InsertionReference& insertion) {
     return act(insertion, insertion->accessible.run());
 }
 
-bool TextInserter::act(const std::shared_ptr<Insertion>& insertion, AccessibleInsertion::Outcome outcome) {
+bool TextInserter::act(const InsertionReference& insertion, AccessibleInsertion::Outcome outcome) {
     switch (outcome) {
     case AccessibleInsertion::Outcome::done:
         break;
     case AccessibleInsertion::Outcome::pasteOverSelection:
-        pasteOverSelection(insertion->text);
+        pasteOverSelection(insertion);
         break;
     case AccessibleInsertion::Outcome::refused:
         services_.bell.ring();
@@ -70,57 +87,72 @@ bool TextInserter::act(const std::shared_ptr<Insertion>& insertion, AccessibleIn
     case AccessibleInsertion::Outcome::uncertain:
         resolveLater(insertion);
         break;
+    case AccessibleInsertion::Outcome::otherText:
+        if (insertion->otherwise == Otherwise::keys)
+            return false;
+        leaveUntouched("the text before the caret is another one by now");
+        break;
     case AccessibleInsertion::Outcome::useClipboard:
         return false;
     }
     return true;
 }
 
-void TextInserter::resolveLater(const std::shared_ptr<Insertion>& insertion) {
+void TextInserter::resolveLater(const InsertionReference& insertion) {
     jobs_.after(betweenResolveAttempts, [this, insertion] { resolve(insertion); });
 }
 
-void TextInserter::resolve(const std::shared_ptr<Insertion>& insertion) {
-    if (!isStillInFront(insertion->target))
+void TextInserter::resolve(const InsertionReference& insertion) {
+    if (!mayGoOn(*insertion))
         return;
     const auto outcome = insertion->accessible.resolve();
     insertion->timesUntouched = insertion->accessible.isUntouched() ? insertion->timesUntouched + 1 : 0;
     if (insertion->timesUntouched == enoughTimesUntouched)
-        insertViaClipboard(insertion->text, insertion->deleteCount);
+        insertViaClipboard(insertion);
     else if (++insertion->resolveAttempts == mostResolveAttempts)
         leaveUntouched("the application does not say what it has done");
     else
         act(insertion, outcome);
 }
 
-void TextInserter::insertViaClipboard(const std::string& text, std::ptrdiff_t deleteCount) {
+void TextInserter::insertViaClipboard(const InsertionReference& insertion) {
+    if (!mayGoOn(*insertion))
+        return;
+    const auto deleteCount = insertion->deleteCount;
     auto& log = services_.log;
     if (log.debugEnabled())
         log.debug("insertViaClipboard: deleteCount={} text=\"{}\"", deleteCount,
-                  log.redact(unicode::firstGraphemes(text, 8)));
+                  log.redact(unicode::firstGraphemes(insertion->text, 8)));
     const auto chord = pasteChord();
     borrowClipboards(chord);
 
     log.debug("insertViaClipboard: sending {} backspace(s)", deleteCount);
     const std::vector<KeyChord> backspaces(static_cast<std::size_t>(deleteCount), {keycode::backspace, 0});
-    services_.keys.inject(backspaces);
+    if (insertion->hold) {
+        if (!insertion->hold->inject(backspaces) && !mayGoOn(*insertion))
+            return;
+    } else {
+        services_.keys.inject(backspaces);
+    }
 
     const auto delay = deleteCount * forEachBackspace;
     log.debug("insertViaClipboard: scheduling paste after {:.3f}s",
               std::chrono::duration<double>(delay).count());
-    const auto target = services_.frontApplications.current();
-    jobs_.after(delay, [this, target, text, chord] {
-        if (!isStillInFront(target))
+    // What has been deleted is replaced although typing may not be held so long.
+    jobs_.after(delay, [this, insertion, chord] {
+        if (!isStillInFront(insertion->target))
             return;
         services_.log.debug("insertViaClipboard: sending Cmd+V");
-        paste(text, chord);
+        paste(insertion, chord);
     });
 }
 
-void TextInserter::pasteOverSelection(const std::string& text) {
+void TextInserter::pasteOverSelection(const InsertionReference& insertion) {
+    if (!mayGoOn(*insertion))
+        return;
     const auto chord = pasteChord();
     borrowClipboards(chord);
-    paste(text, chord);
+    paste(insertion, chord);
 }
 
 KeyChord TextInserter::pasteChord() const {
@@ -136,7 +168,7 @@ void TextInserter::borrowClipboards(const KeyChord& chord) {
         primaryLoan_->borrow();
 }
 
-void TextInserter::paste(const std::string& text, const KeyChord& chord) {
+void TextInserter::paste(const InsertionReference& insertion, const KeyChord& chord) {
     const bool lendsPrimary = primaryLoan_ && chord.keyCode == keycode::insert;
     // Either is enough, and still is when that one has been given back.
     const auto isTaken = [this, lendsPrimary, taken = std::make_shared<bool>(false)] {
@@ -144,10 +176,25 @@ void TextInserter::paste(const std::string& text, const KeyChord& chord) {
                  (lendsPrimary && services_.primarySelection->isTransientTextTaken());
         return *taken;
     };
-    clipboardLoan_.lend(text, beforeGivingBack, isTaken);
+    clipboardLoan_.lend(insertion->text, beforeGivingBack, isTaken);
     if (lendsPrimary)
-        primaryLoan_->lend(text, beforeGivingBack, isTaken);
-    services_.keys.inject({&chord, 1});
+        primaryLoan_->lend(insertion->text, beforeGivingBack, isTaken);
+    if (insertion->hold && insertion->hold->isOn() && insertion->hold->inject({&chord, 1}))
+        return releaseWhenTaken(insertion, isTaken);
+    if (!insertion->hold || !insertion->hold->isOn())
+        services_.keys.inject({&chord, 1});
+}
+
+void TextInserter::releaseWhenTaken(const InsertionReference& insertion,
+                                    const std::function<bool()>& isTaken) {
+    if (isTaken())
+        jobs_.after(forInserting, [insertion] { insertion->hold->release(); });
+    else if (insertion->hold->isOn())
+        jobs_.after(betweenLooks, [this, insertion, isTaken] { releaseWhenTaken(insertion, isTaken); });
+}
+
+void TextInserter::giveBack(std::span<const KeyChord> keys) {
+    services_.keys.inject(keys);
 }
 
 } // namespace glyma

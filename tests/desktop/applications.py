@@ -42,10 +42,7 @@ class AccessibleEditor:
         return self.element.get_state_set().contains(Atspi.StateType.FOCUSED)
 
     def find_text_element(self):
-        os.environ.update({name: self.desktop.environment[name] for name in
-                           ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "HOME")})
-        import gi
-        gi.require_version("Atspi", "2.0")
+        self.desktop.connect_accessibility()
         from gi.repository import Atspi, GLib
         root = Atspi.get_desktop(0)
         try:
@@ -120,6 +117,9 @@ class FeatherPad(AccessibleEditor):
         return ["featherpad", "--standalone", self.file]
 
 
+# Names by which browsers find the server on this machine.
+TEST_HOSTS = ("excluded.test", "www.excluded.test", "mail.excluded.test", "allowed.test")
+
 PAGE = """<!doctype html><meta charset="utf-8"><title>glyma-page</title>
 <style>body{font:16px sans-serif;margin:40px} .field{width:700px;font:16px sans-serif;padding:6px}
 div.field{border:1px solid gray;min-height:60px;white-space:pre-wrap}</style>
@@ -156,46 +156,56 @@ fetch('/caret').then(r => r.json()).then(position => {
 </script>"""
 
 
-class FirefoxField:
-    """A field of a page in Firefox; the page itself reports text and caret to a server on this machine."""
+class BrowserField:
+    """A field of a page in a browser; the page itself reports text and caret to a server on this machine, which goes
+    by the names in TEST_HOSTS too."""
 
-    name = "firefox"
     fields = {
         "input": '<input id="field" class="field" value="%s">',
         "textarea": '<textarea id="field" class="field" rows="6">%s</textarea>',
+        "nested": "<div>" * 40 + '<textarea id="field" class="field" rows="6">%s</textarea>' + "</div>" * 40,
         "password": '<input id="field" class="field" type="password" value="%s">',
         "contenteditable": '<div id="field" class="field" contenteditable="true">%s</div>',
     }
 
-    def __init__(self, desktop, kind, text, behind):
+    def __init__(self, desktop, kind, text="", behind="", host="127.0.0.1"):
         self.desktop = desktop
-        self.state = {"text": None, "before": None, "focused": False}
-        self.number = 0
         self.lock = threading.Lock()
         page = PAGE % (self.fields[kind] % text)
-        caret = len((text.partition(behind)[0] + behind).encode("utf-16-le")) // 2
+        caret = len(text[:text.index(behind) + len(behind)].encode("utf-16-le")) // 2
         self.server = self._serve(page.encode(), json.dumps(caret).encode())
-        profile = desktop.home / f"firefox-{time.monotonic_ns()}"
+        self._expect(host)
+        profile = desktop.home / f"{self.name}-{time.monotonic_ns()}"
         profile.mkdir()
-        (profile / "user.js").write_text(
-            'user_pref("browser.shell.checkDefaultBrowser", false);\n'
-            'user_pref("browser.aboutwelcome.enabled", false);\n'
-            'user_pref("datareporting.policy.dataSubmissionEnabled", false);\n'
-            'user_pref("toolkit.telemetry.reportingpolicy.firstRun", false);\n'
-            'user_pref("app.normandy.enabled", false);\n'
-            'user_pref("network.captive-portal-service.enabled", false);\n'
-            'user_pref("network.connectivity-service.enabled", false);\n'
-            'user_pref("browser.safebrowsing.malware.enabled", false);\n'
-            'user_pref("services.settings.server", "http://127.0.0.1:9/");\n'
-            'user_pref("layout.spellcheckDefault", 0);\n'
-            'user_pref("browser.startup.homepage_override.mstone", "ignore");\n'
-            'user_pref("browser.tabs.remote.autostart", true);\n')
-        address = f"http://127.0.0.1:{self.server.server_address[1]}/"
-        self.process = desktop.start(["firefox-esr", "--profile", profile, "--new-instance", address])
-        window = wait_until(lambda: desktop.windows("--name", "glyma-page"), 60, "Firefox's window")[-1]
+        self.process = desktop.start(self.command(profile, self.address()))
+        window = wait_until(lambda: desktop.windows("--name", "glyma-page"), 60, f"{self.name}'s window")[-1]
         desktop.run(["xdotool", "windowactivate", "--sync", window])
-        wait_until(lambda: self.state["focused"], 30, "the field to have the focus")
+        self.wait_for_focus()
         time.sleep(1)
+
+    def command(self, profile, address):
+        raise NotImplementedError
+
+    def address(self):
+        return f"http://{self.host}/"
+
+    def visit(self, host):
+        """Goes to the same page under another name, through the address bar."""
+        self._expect(host)
+        self.desktop.press("ctrl+l")
+        self.desktop.type(self.address())
+        self.desktop.press("Return")
+        self.wait_for_focus()
+        time.sleep(0.5)
+
+    def wait_for_focus(self):
+        wait_until(lambda: self.state["focused"], 15, "the field to have the focus")
+
+    def _expect(self, host):
+        with self.lock:
+            self.host = f"{host}:{self.server.server_address[1]}"
+            self.state = {"text": None, "before": None, "focused": False}
+            self.number = 0
 
     def _serve(self, page, caret):
         owner = self
@@ -210,10 +220,10 @@ class FirefoxField:
 
             def do_POST(self):
                 state = json.loads(self.rfile.read(int(self.headers["Content-Length"])))
-                # Reports may overtake each other.
+                # Reports may overtake each other, and the page that is being left goes on reporting.
                 number = int(self.path.rpartition("/")[2])
                 with owner.lock:
-                    if number > owner.number:
+                    if self.headers["Host"] == owner.host and number > owner.number:
                         owner.number, owner.state = number, state
                 self.send_response(204)
                 self.end_headers()
@@ -230,6 +240,45 @@ class FirefoxField:
 
     def caret(self):
         return len(self.state["before"])
+
+
+class FirefoxField(BrowserField):
+    name = "firefox"
+
+    def command(self, profile, address):
+        (profile / "user.js").write_text(
+            'user_pref("browser.shell.checkDefaultBrowser", false);\n'
+            'user_pref("browser.aboutwelcome.enabled", false);\n'
+            'user_pref("datareporting.policy.dataSubmissionEnabled", false);\n'
+            'user_pref("toolkit.telemetry.reportingpolicy.firstRun", false);\n'
+            'user_pref("app.normandy.enabled", false);\n'
+            'user_pref("network.captive-portal-service.enabled", false);\n'
+            'user_pref("network.connectivity-service.enabled", false);\n'
+            'user_pref("browser.safebrowsing.malware.enabled", false);\n'
+            'user_pref("services.settings.server", "http://127.0.0.1:9/");\n'
+            'user_pref("layout.spellcheckDefault", 0);\n'
+            'user_pref("browser.startup.homepage_override.mstone", "ignore");\n'
+            'user_pref("browser.tabs.remote.autostart", true);\n'
+            'user_pref("browser.urlbar.autoFill", false);\n'
+            f'user_pref("network.dns.localDomains", "{",".join(TEST_HOSTS)}");\n')
+        return ["firefox-esr", "--width", "900", "--height", "520", "--profile", profile,
+                                      "--new-instance", address]
+
+
+class ChromiumField(BrowserField):
+    name = "chromium"
+    tells_pages = True
+
+    def command(self, profile, address):
+        accessibility = ["--force-renderer-accessibility"] if self.tells_pages else []
+        return ["chromium", "--no-sandbox", f"--user-data-dir={profile}", "--no-first-run", "--password-store=basic",
+                "--disable-gpu", "--ozone-platform=x11", "--host-resolver-rules=MAP *.test 127.0.0.1",
+                *accessibility, address]
+
+
+class SilentChromiumField(ChromiumField):
+    """As it is started everywhere: nobody can read its pages."""
+    tells_pages = False
 
 
 class XTerm:

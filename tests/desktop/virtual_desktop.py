@@ -130,6 +130,13 @@ class VirtualDesktop:
         Path(file).parent.mkdir(parents=True, exist_ok=True)
         self.run(["import", "-window", "root", file])
 
+    def connect_accessibility(self):
+        """Lets this process ask this desktop's accessibility bus; once a process."""
+        os.environ.update({name: self.environment[name] for name in
+                           ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "HOME")})
+        import gi
+        gi.require_version("Atspi", "2.0")
+
     def windows(self, *criteria):
         """Ids of the visible windows that xdotool finds by the criteria."""
         return self.run(["xdotool", "search", "--onlyvisible", *criteria], check=False).split()

@@ -16,6 +16,11 @@ protected:
         editor = &desktop.open("editor");
         settle();
     }
+    /// Another editor, whose text cannot be read.
+    void openSilentEditor() {
+        editor = &desktop.open("editor", simulated::silent());
+        settle();
+    }
     simulated::Application* editor = nullptr;
 };
 
@@ -58,6 +63,7 @@ TEST_F(KeyboardRoad, FollowsEveryLayoutAndLock) {
 }
 
 TEST_F(KeyboardRoad, TakesOnlyItsOwnKeys) {
+    openSilentEditor();
     desktop.type("Up: ");
     for (const auto code :
          {keycode::up, keycode::down, keycode::returnKey, keycode::escape, keycode::keypadEnter})
@@ -78,7 +84,8 @@ TEST_F(KeyboardRoad, TakesOnlyItsOwnKeys) {
     EXPECT_THAT(desktop.consumedKeys(), testing::ElementsAre(keycode::up, keycode::down, keycode::returnKey));
 }
 
-TEST_F(KeyboardRoad, ClosesWhenTheTextBeforeTheCaretIsNoLongerTheQuery) {
+TEST_F(KeyboardRoad, ClosesWhenKeysCannotTellTheQueryAnyLonger) {
+    openSilentEditor();
     struct Case {
         std::uint16_t keyCode;
         std::uint64_t flags;
@@ -167,6 +174,9 @@ TEST_F(KeyboardRoad, ServesTheShortcutWhileItIsNotBeingRecorded) {
 
 TEST_F(KeyboardRoad, WritesNoTypedTextIntoTheLog) {
     debug.setDebugLogsEnabled(true);
+    choose(":secret");
+    desktop.press(keycode::escape);
+    openSilentEditor();
     desktop.type(":se");
     desktop.press(keycode::backspace);
     desktop.type("ecret");

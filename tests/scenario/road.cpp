@@ -84,8 +84,9 @@ Road::Road(Characters characters)
                 characters == Characters::all ? emptyStore(folder) : filledStore(folder))
     , text({desktop.clock, desktop.accessibility, desktop.clipboard, desktop, desktop, desktop.screens,
             desktop.bell, preferences, log, &desktop.primarySelection})
-    , monitor({desktop.tap, desktop.clock, desktop, desktop.screens, text, catalogue, picker, window,
-               preferences, flags, log, "glyma", [] {}, [] {}}) {
+    , monitor({desktop.tap, desktop.mouse, desktop.clock, desktop.clock, desktop.accessibility, desktop,
+               desktop.screens, text, catalogue, picker, window, preferences, flags, log, "glyma", [] {},
+               [] {}}) {
     if (characters == Characters::few)
         catalogue.start();
 }

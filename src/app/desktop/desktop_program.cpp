@@ -54,6 +54,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
     , tap_({.display = {},
             .report = [this](std::string_view message) { report(message); },
             .connectionLost = {}})
+    , mouse_(scheduler_)
     , keys_(tap_.link())
     , text_({.scheduler = scheduler_,
              .accessibility = accessibility_,
@@ -76,7 +77,10 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                },
                .recacheSourceFromApp = [this] { text_.recacheSourceFromApp(); }})
     , monitor_({.tap = tap_,
+                .mouse = mouse_,
                 .scheduler = scheduler_,
+                .tasks = tasks_,
+                .accessibility = accessibility_,
                 .frontApplications = frontApplications_,
                 .screens = screens_,
                 .text = text_,

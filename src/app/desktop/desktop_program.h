@@ -13,6 +13,7 @@
 #include "platform/linux/x11/front_application_tracker.h"
 #include "platform/linux/x11/key_injector.h"
 #include "platform/linux/x11/keyboard_tap.h"
+#include "platform/linux/x11/mouse_monitor.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_scheduler.h"
 #include "platform/qt/qt_screens.h"
@@ -54,6 +55,7 @@ private:
     atspi::AtspiAccessibility accessibility_;
     x11::FrontApplicationTracker frontApplications_;
     x11::KeyboardTap tap_;
+    x11::MouseMonitor mouse_;
     x11::KeyInjector keys_;
     TextInserter text_;
 

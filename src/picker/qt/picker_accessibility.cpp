@@ -71,6 +71,10 @@ public:
 
     int childCount() const override { return static_cast<int>(view_.list().itemCount); }
 
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Description ? view_.echo() : QAccessibleWidget::text(kind);
+    }
+
     QAccessibleInterface* child(int index) const override {
         if (index < 0 || index >= childCount())
             return nullptr;

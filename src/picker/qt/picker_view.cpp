@@ -207,10 +207,14 @@ void PickerView::hideEvent(QHideEvent* event) {
 
 // Drawing.
 
+QString PickerView::echo() const {
+    return qString(services_.model.trigger() + services_.model.query());
+}
+
 HeaderState PickerView::headerState() const {
     const auto& model = services_.model;
     HeaderState state;
-    state.echo = qString(model.trigger() + model.query());
+    state.echo = echo();
     state.skinToneModifier = services_.preferences.skinToneModifier();
     state.isBusy = isBusyShown_;
     state.busyAngle = busyAngle_;

@@ -31,6 +31,8 @@ public:
     void warmUp();
 
     ListGeometry list() const;
+    /// What was typed: the trigger and the query.
+    QString echo() const;
     /// The skin tone button, logical desktop coordinates.
     QRect skinToneButton() const;
     RowContent rowContentAt(std::size_t index) const;

@@ -1,5 +1,7 @@
 #include "platform/simulated/accessibility.h"
 
+#include "platform/simulated/text_markers.h"
+
 #include <algorithm>
 
 namespace glyma::simulated {
@@ -47,7 +49,8 @@ struct SimulatedAccessibility::Element : AccessibilityElement {
 };
 
 SimulatedAccessibility::SimulatedAccessibility(World world, VirtualClock& clock)
-    : world_(std::move(world))
+    : markerFunctions(simulated::markerFunctions())
+    , world_(std::move(world))
     , clock_(clock) {}
 
 const SimulatedAccessibility::Element& SimulatedAccessibility::cast(const ElementReference& element) {
@@ -132,11 +135,15 @@ Accessibility::Result<AttributeValue> SimulatedAccessibility::fieldAttribute(App
                                                                              const Element& element,
                                                                              std::string_view name) {
     const auto& manner = application.manner();
+    if (manner.lackingAttributes.contains(name))
+        return unsupported;
     if (name == attribute::role)
         return manner.role;
     if (name == attribute::parent)
-        return std::make_shared<Element>(manner.webAddress.empty() ? Kind::window : Kind::webArea,
-                                         element.process, 0);
+        return std::make_shared<Element>(
+            manner.webAddress.empty() || manner.fieldsOutsideThePage.contains(element.index) ? Kind::window
+                                                                                             : Kind::webArea,
+            element.process, 0);
     return application.withField(element.index, [&](const TextField& field) -> Result<AttributeValue> {
         if (name == attribute::selectedTextRange && manner.reportsSelection)
             return field.selection();
@@ -149,7 +156,9 @@ Accessibility::Result<AttributeValue> SimulatedAccessibility::fieldAttribute(App
         if (name == attribute::size && manner.reportsBounds)
             return Size{field.frame().width, field.frame().height};
         if (name == attribute::selectedTextMarkerRange && manner.answersMarkers)
-            return TextMarkerRange{std::make_shared<TextRange>(field.selection())};
+            return markersOf(field.selection());
+        if (name == attribute::startTextMarker && manner.answersMarkers)
+            return markerAt(0);
         return unsupported;
     });
 }
@@ -173,8 +182,11 @@ SimulatedAccessibility::attributeValue(const ElementReference& reference, std::s
         if (name == attribute::role)
             return "AXWindow";
         if (name == attribute::position)
-            return Point{50, 50};
-        return name == attribute::parent ? Result<AttributeValue>(noValue) : unsupported;
+            return (*asked)->windowOrigin();
+        if (name == attribute::page && !(*asked)->manner().webAddress.empty())
+            return std::make_shared<Element>(Kind::webArea, element.process, 0);
+        return name == attribute::parent || name == attribute::page ? Result<AttributeValue>(noValue)
+                                                                     : unsupported;
     case Kind::webArea:
         if (name == attribute::role)
             return "AXWebArea";
@@ -196,21 +208,15 @@ SimulatedAccessibility::parameterizedValue(const ElementReference& reference, st
     if (element.kind != Kind::field)
         return unsupported;
     const auto& manner = (*asked)->manner();
+    if (manner.lackingAttributes.contains(name))
+        return unsupported;
     return (*asked)->withField(element.index, [&](const TextField& field) -> Result<AttributeValue> {
-        if (const auto marker = std::get_if<TextMarkerRange>(&parameter)) {
-            const auto range = *static_cast<const TextRange*>(marker->value.get());
-            if (name == attribute::boundsForTextMarkerRange && manner.answersMarkers)
-                return field.bounds({range.location, std::max<std::ptrdiff_t>(range.length, 1)});
-            if (name == attribute::stringForTextMarkerRange && manner.answersMarkers)
-                return field.substring(range);
-            return unsupported;
-        }
         const auto range = std::get_if<TextRange>(&parameter);
         if (!range)
-            return failed;
+            return manner.answersMarkers ? askAboutMarkers(field, name, parameter) : unsupported;
         if (range->location < 0 || range->length < 0 || range->location + range->length > field.length())
             return noValue;
-        if (name == attribute::stringForRange && manner.reportsSelection)
+        if (name == attribute::stringForRange && (manner.reportsSelection || manner.answersMarkers))
             return field.substring(*range);
         if (name == attribute::boundsForRange && manner.reportsBounds && !manner.answersMarkers)
             return field.bounds(*range);

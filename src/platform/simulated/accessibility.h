@@ -33,6 +33,10 @@ public:
                                    const AttributeValue& value) override;
     bool isAttributeSettable(const ElementReference& element, std::string_view name) override;
     Result<ElementReference> elementAtPosition(const ElementReference& root, Point point) override;
+    const TextMarkerFunctions& textMarkerFunctions() const override { return markerFunctions; }
+
+    /// Empty one to have a desktop without it.
+    TextMarkerFunctions markerFunctions;
 
     /// Element of one of an application's fields, as if it had been asked for.
     static ElementReference fieldOf(const Application& application, std::size_t index);

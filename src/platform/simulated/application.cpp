@@ -133,6 +133,20 @@ void Application::moveFocusedField(const Rect& frame) {
     focused().setFrame(frame);
 }
 
+Point Application::windowOrigin() const {
+    const std::lock_guard lock(mutex_);
+    return windowOrigin_;
+}
+
+void Application::moveWindow(Point by) {
+    const std::lock_guard lock(mutex_);
+    windowOrigin_ = {windowOrigin_.x + by.x, windowOrigin_.y + by.y};
+    for (const auto& field : fields_) {
+        const auto& frame = field->frame();
+        field->setFrame({frame.x + by.x, frame.y + by.y, frame.width, frame.height});
+    }
+}
+
 bool Application::isHung() const {
     const std::lock_guard lock(mutex_);
     return isHung_;
@@ -168,6 +182,7 @@ void Application::apply(const KeyEvent& event) {
 void Application::pasteLater(SimulatedClipboard& from) {
     clock_.schedule(manner_.pasteLag, [this, &from] {
         const std::lock_guard lock(mutex_);
+        remember();
         focused().insert(from.take());
     });
 }
@@ -185,6 +200,11 @@ bool Application::actOnChord(const KeyEvent& event) {
         pasteLater(primarySelection_);
         return true;
     }
+    if (chord == KeyChord{key::z, modifier::control} && !undo_.empty()) {
+        focused().setText(undo_.back());
+        undo_.pop_back();
+        return true;
+    }
     if (!(event.flags & modifier::controlOptionOrCommand))
         return false;
     if (manner_.typesControlCharacters && (event.flags & modifier::control))
@@ -193,6 +213,7 @@ bool Application::actOnChord(const KeyEvent& event) {
 }
 
 void Application::typeText(const std::string& text) {
+    remember();
     auto& field = focused();
     field.insert(text);
     const auto caret = field.selection().location;

@@ -46,6 +46,9 @@ public:
     void focusField(std::size_t index);
     std::size_t focusedField() const;
     void moveFocusedField(const Rect& frame);
+    Point windowOrigin() const;
+    /// Its fields move with it.
+    void moveWindow(Point by);
 
     /// Stops answering and acting on keys, until told otherwise; keys that came meanwhile are then acted
     /// upon.
@@ -72,6 +75,7 @@ private:
     void typeText(const std::string& text);
     void actOnKey(const KeyEvent& event);
     bool actOnChord(const KeyEvent& event);
+    void remember() { undo_.push_back(focused().text()); }
     void pasteLater(SimulatedClipboard& from);
     TextField& focused() { return *fields_[focusedField_]; }
     const TextField& focused() const { return *fields_[focusedField_]; }
@@ -84,6 +88,8 @@ private:
     mutable std::recursive_mutex mutex_;
     std::vector<std::unique_ptr<TextField>> fields_;
     std::size_t focusedField_ = 0;
+    Point windowOrigin_{50, 50};
+    std::vector<std::string> undo_; ///< what stood in the focused field before each change
     bool isHung_ = false;
     std::deque<KeyEvent> waitingKeys_;
     std::vector<ReceivedKey> received_;

@@ -40,7 +40,12 @@ Desktop::Desktop()
                              all.push_back(application.get());
                          return all;
                      }},
-                    clock) {}
+                    clock)
+    , typingHolds_(std::make_shared<TypingHolds>(
+          clock, TypingHolds::Desktop{[this](const KeyEvent& event) { deliver(event); },
+                                      [this](std::span<const KeyChord> chords) { return inject(chords); }})) {
+    tap.hold = [this] { return typingHolds_->hold(); };
+}
 
 Desktop::~Desktop() = default;
 
@@ -105,19 +110,49 @@ Subscription Desktop::observe(std::function<void(const FrontApplication&)> callb
 void Desktop::hold(ModifierKey key) {
     keyboard.setHeld(key, true);
     if (flagOf(key))
-        tap.deliver(keyboard.flagsChanged());
+        happen(keyboard.flagsChanged());
 }
 
 void Desktop::letGo(ModifierKey key) {
     keyboard.setHeld(key, false);
     if (flagOf(key))
-        tap.deliver(keyboard.flagsChanged());
+        happen(keyboard.flagsChanged());
+}
+
+void Desktop::click(Application& application, std::ptrdiff_t caret) {
+    mouse.deliver(MouseEvent::leftDown);
+    application.setSelection({caret, 0});
+    advance(keyInterval);
+    mouse.deliver(MouseEvent::leftUp);
+    advance(keyInterval);
+}
+
+void Desktop::drag(Application& application, Point by, int steps) {
+    mouse.deliver(MouseEvent::leftDown);
+    for (int step = 0; step < steps; ++step) {
+        application.moveWindow({by.x / steps, by.y / steps});
+        mouse.deliver(MouseEvent::leftDragged);
+        advance(10ms);
+    }
+    mouse.deliver(MouseEvent::leftUp);
+    advance(keyInterval);
 }
 
 void Desktop::strike(std::uint16_t keyCode, bool isAutorepeat) {
-    const auto event = keyboard.press(keyCode, isAutorepeat);
-    if (tap.deliver(event) == Verdict::consume)
-        consumed_.push_back(keyCode);
+    happen(keyboard.press(keyCode, isAutorepeat));
+}
+
+void Desktop::happen(const KeyEvent& event) {
+    if (!typingHolds_->keep(event))
+        deliver(event);
+}
+
+void Desktop::deliver(const KeyEvent& event) {
+    const auto verdict = tap.deliver(event);
+    if (event.type != KeyEvent::Type::keyDown)
+        return;
+    if (verdict == Verdict::consume)
+        consumed_.push_back(event.keyCode);
     else if (const auto application = front())
         application->receive({event, false});
 }
@@ -141,6 +176,11 @@ void Desktop::holdDown(std::uint16_t keyCode, int repeats) {
         advance(i == 0 ? 500ms : 30ms);
         strike(keyCode, true);
     }
+    advance(keyInterval);
+}
+
+void Desktop::repeat(std::uint16_t keyCode) {
+    strike(keyCode, true);
     advance(keyInterval);
 }
 

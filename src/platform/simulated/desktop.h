@@ -7,7 +7,9 @@
 #include "platform/simulated/clipboard.h"
 #include "platform/simulated/keyboard.h"
 #include "platform/simulated/keyboard_tap.h"
+#include "platform/simulated/mouse_monitor.h"
 #include "platform/simulated/services.h"
+#include "platform/simulated/typing_holds.h"
 #include "platform/simulated/virtual_clock.h"
 
 #include <memory>
@@ -30,7 +32,8 @@ namespace glyma::simulated {
 ///     EXPECT_EQ(editor.text(), "😄");
 ///     EXPECT_EQ(desktop.faults(), std::vector<std::string>());
 ///
-/// A key is shown to the tap first and then, unless consumed, reaches the application in front.
+/// A key is shown to the tap first and then, unless consumed, reaches the application in front; while typing
+/// is held it waits for both.
 class Desktop : public FrontApplicationTracker, public KeyInjector {
 public:
     Desktop();
@@ -41,6 +44,7 @@ public:
     // The facilities, as adapters
     VirtualClock clock;
     SimulatedTap tap;
+    SimulatedMouse mouse{clock};
     SimulatedClipboard clipboard;
     SimulatedClipboard primarySelection;
     SimulatedAccessibility accessibility;
@@ -73,8 +77,14 @@ public:
     void press(std::uint16_t keyCode, std::uint64_t flags = 0);
     /// Holds a key down until it has repeated so often.
     void holdDown(std::uint16_t keyCode, int repeats);
+    /// One repeat of a key that is held down.
+    void repeat(std::uint16_t keyCode);
     void hold(ModifierKey key);
     void letGo(ModifierKey key);
+    /// Clicks into the focused text of an application, at a caret position; it must be in front.
+    void click(Application& application, std::ptrdiff_t caret);
+    /// Drags an application's window by its title, in steps of 10 ms.
+    void drag(Application& application, Point by, int steps);
     /// Keys that the tap consumed, readable as Application::keysFromUser().
     std::vector<std::uint16_t> consumedKeys() const { return consumed_; }
 
@@ -85,12 +95,18 @@ public:
     /// The Nth chord injected from now on (0 is the next) cannot be posted.
     void failInjectionOf(int number) { failingInjection_ = number; }
 
+    bool isTypingHeld() const { return typingHolds_->isHolding(); }
+    /// Somebody else has the keyboard: it cannot be held.
+    void refuseTypingHolds(bool isRefused) { typingHolds_->setRefused(isRefused); }
+
     /// What must not happen in any scenario: verdicts that were not announced, characters no key types.
     std::vector<std::string> faults() const;
 
 private:
     Application* front() const;
     void strike(std::uint16_t keyCode, bool isAutorepeat);
+    void happen(const KeyEvent& event);
+    void deliver(const KeyEvent& event);
     void strike(const Stroke& stroke);
     void tellFrontApplication();
 
@@ -104,6 +120,7 @@ private:
     std::vector<std::string> faults_;
     pid_t nextProcess_ = 4001;
     int failingInjection_ = -1;
+    std::shared_ptr<TypingHolds> typingHolds_;
 };
 
 } // namespace glyma::simulated

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/key_event.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -11,7 +13,7 @@ namespace glyma::simulated {
 namespace key {
 inline constexpr std::uint16_t a = 0;
 inline constexpr std::uint16_t z = 6;
-inline constexpr std::uint16_t tab = 48;
+using keycode::tab;
 inline constexpr std::uint16_t space = 49;
 inline constexpr std::uint16_t forwardDelete = 117;
 inline constexpr std::uint16_t pageUp = 116;

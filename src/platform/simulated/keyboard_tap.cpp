@@ -40,6 +40,10 @@ void SimulatedTap::claim(const KeyClaims& claims) {
     isOvertaken_ |= delivering_ != std::this_thread::get_id();
 }
 
+std::shared_ptr<TypingHold> SimulatedTap::holdTyping() {
+    return hold ? hold() : nullptr;
+}
+
 Verdict SimulatedTap::deliver(const KeyEvent& event) {
     Callback callback;
     KeyClaims before;

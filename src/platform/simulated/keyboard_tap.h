@@ -2,6 +2,8 @@
 
 #include "platform/keyboard_tap.h"
 
+#include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -17,6 +19,7 @@ public:
     void stop() override;
     void enable() override;
     void claim(const KeyClaims& claims) override;
+    std::shared_ptr<TypingHold> holdTyping() override;
 
     /// What the tap says to one event. Any one thread; pass when it is stopped or disabled.
     Verdict deliver(const KeyEvent& event);
@@ -27,6 +30,8 @@ public:
     /// Keys where verdict and claim disagreed.
     std::vector<std::string> disagreements() const;
 
+    /// What holdTyping() answers: the desktop's keys.
+    std::function<std::shared_ptr<TypingHold>()> hold;
     std::string refusal; ///< not empty: start() fails and this is why
 
 private:

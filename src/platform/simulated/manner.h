@@ -3,7 +3,10 @@
 #include "platform/key_event.h"
 
 #include <chrono>
+#include <cstddef>
+#include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -32,11 +35,15 @@ struct Manner {
     Response setSelection = Response::works;
     Response setSelectedText = Response::works;
     Response setValue = Response::works;
-    bool answersMarkers = false;               ///< has a rectangle for a marker range and none for a range
+    /// Answers for text markers; has a rectangle for a range of them and none for a range of offsets.
+    bool answersMarkers = false;
+    /// Of a text field: what it does not answer in spite of all that.
+    std::set<std::string, std::less<>> lackingAttributes;
     std::chrono::milliseconds selectionLag{0}; ///< a selection that was set shows this much later
     std::chrono::milliseconds answerTime{0};   ///< of each call
     std::string role = "AXTextArea";
-    std::string webAddress; ///< not empty: the field is inside a web area of this address
+    std::string webAddress; ///< not empty: the fields are inside a web area of this address
+    std::set<std::size_t> fieldsOutsideThePage; ///< an address bar, a panel
 
     // Keys
     std::chrono::milliseconds keyLag{0};    ///< a key takes effect this much later

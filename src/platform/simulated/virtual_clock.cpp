@@ -12,7 +12,7 @@ void VirtualClock::add(Lane lane, Duration due, std::function<void()> job) {
 
 void VirtualClock::post(std::function<void()> job) {
     const std::lock_guard lock(mutex_);
-    add(Lane::mainQueue, elapsed_, std::move(job));
+    add(Lane::mainQueue, elapsed_ + (isInTask() ? taskDelay_ : Duration{0}), std::move(job));
 }
 
 Subscription VirtualClock::after(Milliseconds delay, std::function<void()> job) {
@@ -49,7 +49,16 @@ void VirtualClock::repeat(Milliseconds interval, std::function<bool()> job) {
 
 void VirtualClock::run(std::function<void()> job) {
     const std::lock_guard lock(mutex_);
-    add(Lane::world, elapsed_ + taskDuration_, std::move(job));
+    add(Lane::world, elapsed_ + taskDuration_, [this, job = std::move(job)] {
+        {
+            const std::lock_guard beginning(mutex_);
+            taskThread_ = std::this_thread::get_id();
+            taskDelay_ = Duration{0};
+        }
+        job();
+        const std::lock_guard ending(mutex_);
+        taskThread_.reset();
+    });
 }
 
 void VirtualClock::schedule(Duration delay, std::function<void()> job) {
@@ -88,6 +97,13 @@ void VirtualClock::advance(Duration duration) {
 }
 
 void VirtualClock::sleep(Milliseconds duration) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (isInTask()) {
+            taskDelay_ += duration;
+            return;
+        }
+    }
     const auto until = elapsed() + duration;
     while (runNext(until, false)) {
     }

@@ -63,6 +63,8 @@ public:
         return behind_.elementAtPosition(root, point);
     }
 
+    const TextMarkerFunctions& textMarkerFunctions() const override { return behind_.textMarkerFunctions(); }
+
 private:
     Accessibility& behind_;
 

@@ -14,6 +14,7 @@ namespace {
 
 constexpr Milliseconds deadline{150};
 constexpr int descentLimit = 30;
+constexpr int climbLimit = 200;
 /// A starting application shows its window before it is on the bus.
 constexpr int prepareAttempts = 4;
 
@@ -30,6 +31,8 @@ Accessibility::Result<AttributeValue> asAttribute(Accessibility::Result<Value> r
 
 std::string_view roleOf(AtspiAccessible* object, Conversation& ask) {
     const auto role = ask.ask(atspi_accessible_get_role, object).value_or(ATSPI_ROLE_INVALID);
+    if (const auto plain = portRole(role, false, false); plain == "AXWebArea")
+        return plain; // whatever its states
     const auto states = [](AtspiAccessible* element, GError**) {
         return atspi_accessible_get_state_set(element);
     };
@@ -45,19 +48,32 @@ Accessibility::Result<AttributeValue> documentAddress(AtspiAccessible* object, C
     const Object<AtspiDocument> document(ask.ask(get, object).value_or(nullptr));
     if (!document)
         return failure(AccessibilityError::unsupported);
-    std::string name = "DocURL";
-    const Memory<char> address(
-        ask.ask(atspi_document_get_document_attribute_value, document.get(), name.data()).value_or(nullptr));
-    if (!address || !*address)
-        return failure(AccessibilityError::noValue);
-    return Address{address.get()};
+    // Gecko calls it by the first name, Chromium and WebKitGTK by the second.
+    for (std::string name : {"DocURL", "URI"}) {
+        const Memory<char> address(
+            ask.ask(atspi_document_get_document_attribute_value, document.get(), name.data())
+                .value_or(nullptr));
+        if (address && *address)
+            return Address{address.get()};
+    }
+    return failure(AccessibilityError::noValue);
 }
 
+/// Passes over the boxes that only arrange others: a page nests dozens of them (each <div> is one in Firefox
+/// and Chromium), and nobody who climbs is looking for them.
 Object<AtspiAccessible> parentOf(AtspiAccessible* object, Conversation& ask) {
-    Object<AtspiAccessible> parent(ask.ask(atspi_accessible_get_parent, object).value_or(nullptr));
-    if (parent && ask.ask(atspi_accessible_get_role, parent.get()) == ATSPI_ROLE_DESKTOP_FRAME)
-        return nullptr;
-    return parent;
+    auto element = share(object);
+    for (int climbed = 0; climbed < climbLimit; ++climbed) {
+        element.reset(ask.ask(atspi_accessible_get_parent, element.get()).value_or(nullptr));
+        if (!element)
+            return nullptr;
+        const auto role = ask.ask(atspi_accessible_get_role, element.get());
+        if (!role || role == ATSPI_ROLE_DESKTOP_FRAME)
+            return nullptr;
+        if (role != ATSPI_ROLE_SECTION && role != ATSPI_ROLE_PANEL && role != ATSPI_ROLE_FILLER)
+            break;
+    }
+    return element;
 }
 
 Object<AtspiAccessible> childAtPoint(AtspiAccessible* object, int x, int y, AtspiCoordType type,
@@ -149,6 +165,8 @@ Accessibility::Result<AttributeValue> AtspiAccessibility::attributeValue(const E
         }
         if (element.kind == Element::Kind::accessible)
             return elementAttribute(session, element, name, ask);
+        if (element.kind == Element::Kind::window)
+            return windowAttribute(session, process, name, ask);
         return applicationAttribute(session, element, process, name, ask);
     });
 }
@@ -156,8 +174,12 @@ Accessibility::Result<AttributeValue> AtspiAccessibility::attributeValue(const E
 Accessibility::Result<AttributeValue>
 AtspiAccessibility::applicationAttribute(Session& session, const Element& element, pid_t process,
                                          std::string_view name, Conversation& ask) {
-    const auto application = session.tracker().application(process, ask);
-    if (!application)
+    // A window has a place also when its application tells nothing.
+    const bool hasWindow = session.windowFrame(process).has_value();
+    if (name == attribute::focusedWindow && hasWindow)
+        return ElementReference(std::make_shared<Element>(Element::Kind::window, process));
+    const auto application = hasWindow ? nullptr : session.tracker().application(process, ask);
+    if (!hasWindow && !application)
         return failure(AccessibilityError::noValue);
     if (name == attribute::focusedApplication && element.kind == Element::Kind::desktop)
         return ElementReference(std::make_shared<Element>(Element::Kind::application, process));
@@ -166,6 +188,23 @@ AtspiAccessibility::applicationAttribute(Session& session, const Element& elemen
     if (name == attribute::role && element.kind == Element::Kind::application)
         return std::string("AXApplication");
     return failure(AccessibilityError::unsupported);
+}
+
+Accessibility::Result<AttributeValue> AtspiAccessibility::windowAttribute(Session& session, pid_t process,
+                                                                          std::string_view name,
+                                                                          Conversation& ask) {
+    if (name == attribute::role)
+        return std::string("AXWindow");
+    if (name == attribute::page)
+        return session.wrapped(session.tracker().page(process, ask), process);
+    if (name != attribute::position && name != attribute::size)
+        return failure(AccessibilityError::unsupported);
+    const auto frame = session.windowFrame(process);
+    if (!frame)
+        return failure(AccessibilityError::noValue);
+    if (name == attribute::position)
+        return Point{frame->x, frame->y};
+    return Size{frame->width, frame->height};
 }
 
 Accessibility::Result<AttributeValue> AtspiAccessibility::elementAttribute(Session& session,

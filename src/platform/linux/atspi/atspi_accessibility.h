@@ -55,6 +55,8 @@ private:
     static Result<AttributeValue> applicationAttribute(Session& session, const Element& element,
                                                        pid_t process, std::string_view name,
                                                        Conversation& ask);
+    static Result<AttributeValue> windowAttribute(Session& session, pid_t process, std::string_view name,
+                                                  Conversation& ask);
     static Result<AttributeValue> elementAttribute(Session& session, const Element& element,
                                                    std::string_view name, Conversation& ask);
 

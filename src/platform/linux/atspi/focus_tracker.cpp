@@ -19,6 +19,10 @@ constexpr std::string_view embeddedObject = "\uFFFC";
 
 using Element = Object<AtspiAccessible>;
 
+struct ArrayRelease {
+    void operator()(GArray* array) const { g_array_unref(array); }
+};
+
 Object<AtspiStateSet> states(AtspiAccessible* element, Conversation& ask) {
     const auto get = [](AtspiAccessible* object, GError**) { return atspi_accessible_get_state_set(object); };
     return Object<AtspiStateSet>(ask.ask(get, element).value_or(nullptr));
@@ -37,8 +41,9 @@ std::vector<Element> children(AtspiAccessible* element, Conversation& ask) {
     return result;
 }
 
-/// The focused element below a window that can be asked for it; null when it cannot or there is none.
-Element matchFocused(AtspiAccessible* window, Conversation& ask) {
+/// The last element below a window with a state and a role (invalid: any); null when there is none or the
+/// window cannot be asked.
+Element lastMatch(AtspiAccessible* window, AtspiStateType state, AtspiRole role, Conversation& ask) {
     const auto get = [](AtspiAccessible* object, GError**) {
         return atspi_accessible_get_collection_iface(object);
     };
@@ -46,10 +51,15 @@ Element matchFocused(AtspiAccessible* window, Conversation& ask) {
     if (!collection)
         return nullptr;
     const Object<AtspiStateSet> wanted(atspi_state_set_new(nullptr));
-    atspi_state_set_add(wanted.get(), ATSPI_STATE_FOCUSED);
-    const Object<AtspiMatchRule> rule(atspi_match_rule_new(
-        wanted.get(), ATSPI_Collection_MATCH_ALL, nullptr, ATSPI_Collection_MATCH_ALL, nullptr,
-        ATSPI_Collection_MATCH_ALL, nullptr, ATSPI_Collection_MATCH_ALL, FALSE));
+    atspi_state_set_add(wanted.get(), state);
+    const std::unique_ptr<GArray, ArrayRelease> roles(g_array_new(FALSE, FALSE, sizeof(AtspiRole)));
+    if (role != ATSPI_ROLE_INVALID)
+        g_array_append_val(roles.get(), role);
+    const Object<AtspiMatchRule> rule(
+        atspi_match_rule_new(wanted.get(), ATSPI_Collection_MATCH_ALL, nullptr, ATSPI_Collection_MATCH_ALL,
+                             roles->len > 0 ? roles.get() : nullptr,
+                             roles->len > 0 ? ATSPI_Collection_MATCH_ANY : ATSPI_Collection_MATCH_ALL,
+                             nullptr, ATSPI_Collection_MATCH_ALL, FALSE));
     auto* matches = ask.ask(atspi_collection_get_matches, collection.get(), rule.get(),
                             ATSPI_Collection_SORT_ORDER_CANONICAL, 0, TRUE)
                         .value_or(nullptr);
@@ -239,9 +249,15 @@ Object<AtspiAccessible> FocusTracker::search(AtspiAccessible* application, Conve
     auto window = activeWindow(application, ask);
     if (!window)
         return walkToFocused(share(application), ask);
-    if (auto found = matchFocused(window.get(), ask))
+    if (auto found = lastMatch(window.get(), ATSPI_STATE_FOCUSED, ATSPI_ROLE_INVALID, ask))
         return found;
     return walkToFocused(std::move(window), ask);
+}
+
+Object<AtspiAccessible> FocusTracker::page(pid_t process, Conversation& ask) {
+    const auto root = application(process, ask);
+    const auto window = root ? activeWindow(root.get(), ask) : nullptr;
+    return window ? lastMatch(window.get(), ATSPI_STATE_SHOWING, ATSPI_ROLE_DOCUMENT_WEB, ask) : nullptr;
 }
 
 Object<AtspiAccessible> FocusTracker::focusedElement(pid_t process, Conversation& ask) {

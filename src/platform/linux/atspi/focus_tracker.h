@@ -35,6 +35,8 @@ public:
     /// The application's own element, or null.
     Object<AtspiAccessible> application(pid_t process, Conversation& ask);
     Object<AtspiAccessible> activeWindow(AtspiAccessible* application, Conversation& ask);
+    /// A web page that the active window shows; null when there is none or it cannot be read.
+    Object<AtspiAccessible> page(pid_t process, Conversation& ask);
     pid_t processOf(AtspiAccessible* element, Conversation& ask);
     /// Asked once for each application.
     const Toolkit& toolkitOf(AtspiAccessible* element, Conversation& ask);

@@ -116,6 +116,11 @@ pid_t AtspiAccessibility::Session::frontProcess() {
     return window && window->process > 0 ? window->process : tracker_->lastProcess();
 }
 
+std::optional<Rect> AtspiAccessibility::Session::windowFrame(pid_t process) {
+    const auto window = activeWindow_->read();
+    return window && window->process == process ? std::optional(window->frame) : std::nullopt;
+}
+
 std::optional<Point> AtspiAccessibility::Session::windowOrigin(pid_t process, Conversation& ask) {
     const auto window = activeWindow_->read();
     if (!window)
@@ -142,7 +147,7 @@ std::optional<Point> AtspiAccessibility::Session::windowOrigin(pid_t process, Co
 TextElement AtspiAccessibility::Session::text(const Element& element, Conversation& ask) {
     return TextElement(
         element.object, element.object ? tracker_->toolkitOf(element.object, ask) : Toolkit(), ask,
-        [this, process = element.process, &ask] { return windowOrigin(process, ask); }, element.textBase);
+        [this, process = element.process, &ask] { return windowOrigin(process, ask); }, element.textMemory);
 }
 
 ElementReference AtspiAccessibility::Session::reference(Object<AtspiAccessible> element,

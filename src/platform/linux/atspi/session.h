@@ -20,10 +20,10 @@
 
 namespace glyma::atspi {
 
-/// An element of an application, the application as such, or the whole desktop.
+/// An element of an application, the application as such, its window in front, or the whole desktop.
 class AtspiAccessibility::Element : public AccessibilityElement {
 public:
-    enum class Kind { desktop, application, accessible };
+    enum class Kind { desktop, application, window, accessible };
 
     explicit Element(Kind elementKind, pid_t elementProcess = 0)
         : kind(elementKind)
@@ -39,8 +39,7 @@ public:
     AtspiAccessible* const object = nullptr;
     /// The last selection asked for was not made, so that nothing may be inserted in its stead.
     mutable std::atomic<bool> refusedSelection = false;
-    /// See TextElement.
-    mutable std::atomic<int> textBase = 0;
+    mutable TextMemory textMemory; ///< worker thread
 
 private:
     GMainContext* const context_ = nullptr;
@@ -66,6 +65,9 @@ public:
     void setCurrent(pid_t process) { current_ = process; }
     void prepare(pid_t process, int attempts);
     FocusTracker& tracker() { return *tracker_; }
+    /// Where the active window is, if it belongs to this process: asked of the X server, which knows while
+    /// the window is dragged and whatever the application does, for every toolkit.
+    std::optional<Rect> windowFrame(pid_t process);
     /// Where the contents of the active window begin on the desktop.
     std::optional<Point> windowOrigin(pid_t process, Conversation& ask);
     TextElement text(const Element& element, Conversation& ask);

@@ -1,8 +1,11 @@
 #include "platform/linux/atspi/text_element.h"
 
+#include "unicode/text.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <dbus/dbus.h>
+#include <limits>
 #include <thread>
 
 namespace glyma::atspi {
@@ -14,6 +17,8 @@ constexpr Milliseconds selectionWait{80};
 constexpr Milliseconds selectionPoll{2};
 
 constexpr int textBeforeCaret = 8192;
+/// How soon one who follows the caret asks for the text after asking for the caret.
+constexpr Milliseconds memoryTrusted{10};
 
 constexpr auto failure() {
     return std::unexpected(AccessibilityError::failed);
@@ -22,12 +27,12 @@ constexpr auto failure() {
 } // namespace
 
 TextElement::TextElement(AtspiAccessible* accessible, const Toolkit& toolkit, Conversation& conversation,
-                         WindowOrigin windowOrigin, std::atomic<int>& base)
+                         WindowOrigin windowOrigin, TextMemory& memory)
     : accessible_(accessible)
     , toolkit_(toolkit)
     , ask_(conversation)
     , windowOrigin_(std::move(windowOrigin))
-    , base_(base) {
+    , memory_(memory) {
     const auto plain = [](AtspiAccessible* object, GError**) {
         return atspi_accessible_get_text_iface(object);
     };
@@ -73,8 +78,9 @@ std::optional<TextElement::Span> TextElement::selection() {
 
 /// Keeps the base some way in front of the caret, and still while the caret moves about.
 void TextElement::moveBase(int caret) {
-    if (caret < base_ || caret - base_ > 4 * textBeforeCaret)
-        base_ = caret > 2 * textBeforeCaret ? caret - textBeforeCaret : 0;
+    auto& base = memory_.base;
+    if (caret < base || caret - base > 4 * textBeforeCaret)
+        base = caret > 2 * textBeforeCaret ? caret - textBeforeCaret : 0;
 }
 
 std::optional<int> TextElement::toToolkit(std::ptrdiff_t utf16) {
@@ -82,9 +88,9 @@ std::optional<int> TextElement::toToolkit(std::ptrdiff_t utf16) {
     if (!count)
         return std::nullopt;
     const auto wanted = static_cast<int>(std::clamp<std::ptrdiff_t>(utf16, 0, *count));
-    if (toolkit_.offsets == Toolkit::OffsetUnit::utf16 || wanted <= base_)
+    if (toolkit_.offsets == Toolkit::OffsetUnit::utf16 || wanted <= memory_.base)
         return wanted;
-    const int base = base_;
+    const int base = memory_.base;
     const auto text = rawText(base, wanted);
     return text ? std::optional(base + static_cast<int>(toolkitOffset(toolkit_, utf16 - base, *text)))
                 : std::nullopt;
@@ -97,11 +103,16 @@ std::optional<TextElement::Span> TextElement::toToolkit(TextRange range) {
 }
 
 std::optional<std::ptrdiff_t> TextElement::fromToolkit(int offset) {
-    const int base = base_;
+    const int base = memory_.base;
     if (toolkit_.offsets == Toolkit::OffsetUnit::utf16 || offset <= base)
         return offset;
-    const auto before = rawText(base, offset);
-    return before ? std::optional(base + utf16Offset(toolkit_, offset - base, *before)) : std::nullopt;
+    auto before = rawText(base, offset);
+    if (!before)
+        return std::nullopt;
+    const auto utf16 = base + utf16Offset(toolkit_, offset - base, *before);
+    memory_.beforeSelection = std::move(*before);
+    memory_.readAt = std::chrono::steady_clock::now();
+    return utf16;
 }
 
 TextElement::Result<TextRange> TextElement::selectedRange() {
@@ -109,8 +120,9 @@ TextElement::Result<TextRange> TextElement::selectedRange() {
     if (!span)
         return std::unexpected(AccessibilityError::noValue);
     moveBase(span->begin);
-    const auto begin = fromToolkit(span->begin);
-    const auto end = span->end == span->begin ? begin : fromToolkit(span->end);
+    memory_.beforeSelection.clear();
+    const auto end = fromToolkit(span->end);
+    const auto begin = span->end == span->begin ? end : fromToolkit(span->begin);
     if (!begin || !end)
         return failure();
     return TextRange{*begin, *end - *begin};
@@ -134,12 +146,39 @@ TextElement::Result<std::string> TextElement::value() {
     return plainText(toolkit_, std::move(*text));
 }
 
+/// The range in the toolkit's offsets, when that needs no question; not checked against the text's length.
+std::optional<TextElement::Span> TextElement::spanInMemory(TextRange range) {
+    const auto begin = range.location;
+    const auto end = begin + range.length;
+    if (end > std::numeric_limits<int>::max())
+        return std::nullopt;
+    if (toolkit_.offsets == Toolkit::OffsetUnit::utf16)
+        return Span{static_cast<int>(begin), static_cast<int>(end)};
+    const auto before = std::exchange(memory_.beforeSelection, {});
+    const auto base = memory_.base;
+    if (std::chrono::steady_clock::now() - memory_.readAt > memoryTrusted || begin < base ||
+        end - base > static_cast<std::ptrdiff_t>(unicode::utf16Length(before)))
+        return std::nullopt;
+    return Span{base + static_cast<int>(toolkitOffset(toolkit_, begin - base, before)),
+                base + static_cast<int>(toolkitOffset(toolkit_, end - base, before))};
+}
+
+/// A text that is shorter than asked for shows, without another question, that the range is not in it; one
+/// unit less only means that the range ends inside a surrogate pair.
 TextElement::Result<std::string> TextElement::string(TextRange range) {
-    const auto span = toToolkit(range);
+    if (range.location < 0 || range.length < 0)
+        return std::unexpected(AccessibilityError::noValue);
+    auto span = spanInMemory(range);
+    if (!span)
+        span = toToolkit(range);
     auto text = span ? rawText(span->begin, span->end) : std::nullopt;
     if (!text)
         return failure();
-    return plainText(toolkit_, std::move(*text));
+    auto plain = plainText(toolkit_, std::move(*text));
+    const auto length = static_cast<std::ptrdiff_t>(unicode::utf16Length(plain));
+    if (length < range.length && (length == 0 || length + 1 < range.length))
+        return std::unexpected(AccessibilityError::noValue);
+    return plain;
 }
 
 AtspiCoordType TextElement::coordinates() const {

@@ -7,13 +7,27 @@
 
 #include <atspi/atspi.h>
 
-#include <atomic>
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
 #include <utility>
 
 namespace glyma::atspi {
+
+/// What is kept with an element from one request to the next.
+struct TextMemory {
+    /// A toolkit that counts code points has to be asked for the text in front of an offset; to spare the
+    /// whole of a long text, what stands before the base counts one unit a code point. So offsets far into a
+    /// long text are exact only among each other, which is all that those who read a range, select near it
+    /// and replace what they selected need.
+    int base = 0;
+    /// The toolkit's text from the base to the selection, read to tell where that is. Who then asks for a
+    /// range of it, as one who follows the caret does, need not have it read again to find the range; used
+    /// once, and only at once.
+    std::string beforeSelection;
+    std::chrono::steady_clock::time_point readAt;
+};
 
 /// The text of one element during one request, in the port's units, whatever its toolkit counts in. Worker
 /// thread.
@@ -26,12 +40,8 @@ public:
     /// know.
     using WindowOrigin = std::function<std::optional<Point>()>;
 
-    /// \param base  kept with the element from one request to the next. A toolkit that counts code points has
-    /// to be asked for the text in front of an offset; to spare the whole of a long text, what stands before
-    /// the base counts one unit a code point. So offsets far into a long text are exact only among each
-    /// other, which is all that those who read a range, select near it and replace what they selected need.
     TextElement(AtspiAccessible* accessible, const Toolkit& toolkit, Conversation& conversation,
-                WindowOrigin windowOrigin, std::atomic<int>& base);
+                WindowOrigin windowOrigin, TextMemory& memory);
 
     const Toolkit& toolkit() const { return toolkit_; }
     bool hasText() const { return text_ != nullptr; }
@@ -65,6 +75,7 @@ private:
     std::optional<int> toToolkit(std::ptrdiff_t utf16);
     std::optional<std::ptrdiff_t> fromToolkit(int offset);
     std::optional<Span> toToolkit(TextRange range);
+    std::optional<Span> spanInMemory(TextRange range);
     bool requestSelection(Span span);
     bool waitForSelection(Span span);
     void sendAddSelection(Span span);
@@ -77,7 +88,7 @@ private:
     Toolkit toolkit_;
     Conversation& ask_;
     WindowOrigin windowOrigin_;
-    std::atomic<int>& base_;
+    TextMemory& memory_;
     Object<AtspiText> text_;
 };
 

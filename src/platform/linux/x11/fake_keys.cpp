@@ -1,18 +1,16 @@
 #include "platform/linux/x11/fake_keys.h"
 
+#include "platform/linux/x11/xkb_protocol.h"
+
 #include <xcb/xtest.h>
 
-#include <algorithm>
-#include <iterator>
+#include <utility>
 
 namespace glyma::x11 {
 
 namespace {
 
-/// Milliseconds. Many programs take a press that bears the time of the release before it for a repeat of a
-/// held key, and Firefox skips repeats while a page is busy (BrowserChild::SkipRepeatedKeyEvent): a BackSpace
-/// was lost.
-constexpr std::uint32_t betweenPresses = 2;
+constexpr std::uint8_t everyModifier = 0xFF;
 
 void sendMark(const Connection& connection, xcb_window_t witness, EchoMark mark) {
     xcb_client_message_event_t event{};
@@ -36,6 +34,11 @@ std::uint8_t eventType(const Connection& connection, bool isPress, xcb_input_dev
     return static_cast<std::uint8_t>(isPress ? first : first + 1);
 }
 
+void moveKey(const Connection& connection, KeyMove move, xcb_input_device_id_t device, std::uint32_t delay) {
+    xcb_test_fake_input(connection.get(), eventType(connection, move.isPress, device), move.key, delay,
+                        XCB_WINDOW_NONE, 0, 0, static_cast<std::uint8_t>(device));
+}
+
 } // namespace
 
 bool FakeKeys::canMove(const Connection& connection, xcb_input_device_id_t device, xcb_keycode_t idleKey) {
@@ -50,26 +53,45 @@ EchoMark readMark(const xcb_client_message_event_t& event) {
 }
 
 EchoLedger::Batch FakeKeys::write(const Connection& connection, EchoLedger& echoes, xcb_window_t witness,
-                                  const std::vector<xcb_input_device_id_t>& ungrab) const {
+                                  const KeyboardHold* hold) const {
     EchoLedger::Batch batch = 0;
     if (witness != XCB_WINDOW_NONE) {
         std::vector<KeyMove> expected;
-        std::ranges::transform(moves_, std::back_inserter(expected), &Move::key);
+        for (const auto& each : moves_)
+            if (!each.locks)
+                expected.push_back(each.key);
         batch = echoes.announce(std::move(expected));
         sendMark(connection, witness, {.batch = batch, .isEnd = false});
     }
-    auto* const server = connection.get();
-    KeyMove last{};
-    const auto move = [&](const Move& each) {
-        const auto type = eventType(connection, each.key.isPress, each.device);
-        const bool isAgain = each.key.isPress && !last.isPress && each.key.key == last.key;
-        xcb_test_fake_input(server, type, each.key.key, isAgain ? betweenPresses : 0, XCB_WINDOW_NONE, 0, 0,
-                            static_cast<std::uint8_t>(each.device));
-        last = each.key;
+    const bool isHeld = hold && hold->stands();
+    bool isOpen = !isHeld;
+    if (hold && !isHeld)
+        hold->letThrough(); // a passive grab may be on
+    const auto setOpen = [&](bool value) {
+        if (isHeld && std::exchange(isOpen, value) != value)
+            value ? hold->letThrough() : hold->close();
     };
-    for (const auto device : ungrab)
-        xcb_input_xi_ungrab_device(server, XCB_CURRENT_TIME, device);
-    std::ranges::for_each(moves_, move);
+    KeyMove last{};
+    for (const auto& each : moves_) {
+        const bool isAgain =
+            each.key.isPress && !(isHeld && each.isHidden) && !last.isPress && each.key.key == last.key;
+        if (isAgain && isHeld) {
+            setOpen(false);
+            hold->pause(betweenPresses);
+            moveKey(connection, {each.key.key, false}, each.device,
+                    0); // the user may have pressed it meanwhile
+        }
+        setOpen(!each.isHidden);
+        if (each.locks)
+            xcb_xkb_latch_lock_state(connection.get(), XCB_XKB_ID_USE_CORE_KBD, everyModifier,
+                                     each.locks->modifiers, 1, static_cast<std::uint8_t>(each.locks->layout),
+                                     0, 0, 0);
+        else
+            moveKey(connection, each.key, each.device, isAgain && !isHeld ? betweenPresses : 0);
+        if (!each.locks && !(isHeld && each.isHidden))
+            last = each.key;
+    }
+    setOpen(false);
     if (witness != XCB_WINDOW_NONE)
         sendMark(connection, witness, {.batch = batch, .isEnd = true});
     return batch;

@@ -93,6 +93,7 @@ Injection planInjection(std::span<const KeyChord> chords, const std::vector<Held
     const bool needsDisguise =
         std::ranges::any_of(plan.restored, [&](const HeldKey& each) { return map.actsAlone(each.key); });
 
+    plan.keys.setHidden(true);
     if (needsDisguise)
         disguise(plan.keys, map);
     for (const auto& each : plan.restored)
@@ -100,6 +101,7 @@ Injection planInjection(std::span<const KeyChord> chords, const std::vector<Held
     // The server ignores the press of a key that is down, and the release of one that is up.
     for (const auto& each : typed)
         plan.keys.release(each.key);
+    plan.keys.setHidden(false);
     for (const auto& [modifiers, key] : typed) {
         for (const auto each : modifiers)
             plan.keys.press(each);
@@ -107,6 +109,7 @@ Injection planInjection(std::span<const KeyChord> chords, const std::vector<Held
         for (const auto each : modifiers | std::views::reverse)
             plan.keys.release(each);
     }
+    plan.keys.setHidden(true);
     for (const auto& each : plan.restored)
         plan.keys.press(each.key, each.device);
     if (needsDisguise)

@@ -36,6 +36,7 @@ struct Injection {
 
 /// Lifts the modifiers that are held, types the chords, and presses again what was held. A held key that a
 /// chord needs is lifted for good: the server ignores the press of a key that is down.
+/// Where typing is held, the application sees nothing of that but the chords.
 Injection planInjection(std::span<const KeyChord> chords, const std::vector<HeldKey>& held,
                         const KeyboardMap& map, xkb_layout_index_t layout);
 

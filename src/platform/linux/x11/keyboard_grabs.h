@@ -38,10 +38,17 @@ public:
     /// Looks at an event of the connection: follows the focus, and picks out the swallowed presses.
     std::optional<SwallowedKey> handle(const xcb_generic_event_t& event);
 
+    /// The window that has grabs, none when nothing is wanted.
+    xcb_window_t window() const { return window_; }
+    /// The window that gets the keys now. One or two round trips.
+    xcb_window_t windowForKeys() const;
+
+    /// The grab of a swallowed key has been replaced by another one.
+    void forgetActiveGrab() { grabbing_.reset(); }
+
 private:
     void apply();
     bool applyOnce();
-    xcb_window_t windowForKeys() const;
     void moveTo(xcb_window_t window);
     void ungrab(xcb_keycode_t key, const std::vector<ModifierMask>& modifiers);
     bool changesFocus(const xcb_generic_event_t& event) const;

@@ -18,6 +18,8 @@ std::expected<void, std::string> KeyboardLink::open() {
     if (isOpen())
         return {};
     grabs_.reset();
+    hold_.reset();
+    isHolding_ = false;
     auto connection = Connection::open(display_);
     if (!connection)
         return std::unexpected(connection.error());
@@ -36,6 +38,8 @@ std::expected<void, std::string> KeyboardLink::open() {
     movable_.clear();
     layout_ = readLayout(*connection_);
     grabs_.emplace(*connection_, report_);
+    hold_.emplace(*connection_, readKeyboards(*connection_).masters,
+                  map_->meaninglessKey().value_or(static_cast<xcb_keycode_t>(map_->lastKey())));
     return {};
 }
 
@@ -44,6 +48,7 @@ std::expected<void, std::string> KeyboardLink::attach(xcb_window_t witness, std:
     if (auto opened = open(); !opened)
         return opened;
     echoes_.clear();
+    toDrop_.clear();
     swallowed_.clear();
     restored_.clear();
     isSilent_ = false;
@@ -57,7 +62,10 @@ void KeyboardLink::detach() {
     witness_ = XCB_WINDOW_NONE;
     wake_ = nullptr;
     claims_ = {};
+    currentHold_ = 0;
     if (isOpen()) {
+        if (isHolding_.exchange(false))
+            hold_->end();
         apply();
         for (const auto& swallowed : swallow())
             drop(swallowed);
@@ -131,12 +139,34 @@ int KeyboardLink::descriptor() const {
     return connection_ ? connection_->descriptor() : -1;
 }
 
-std::vector<SwallowedKey> KeyboardLink::swallow() {
-    std::vector<SwallowedKey> keys;
-    while (const auto event = connection_->pollEvent())
+bool KeyboardLink::hasSwallowed() {
+    const std::scoped_lock lock(mutex_);
+    if (!isOpen() || !grabs_)
+        return false;
+    readEvents();
+    return !toDrop_.empty();
+}
+
+void KeyboardLink::readEvents() {
+    while (const auto event = connection_->pollEvent()) {
+        if (isHolding_ && !isHeard(*event) && hold_->keep(*event))
+            continue;
         if (const auto swallowed = grabs_->handle(*event))
-            keys.push_back(*swallowed);
-    return keys;
+            toDrop_.push_back(*swallowed);
+    }
+}
+
+std::vector<SwallowedKey> KeyboardLink::swallow() {
+    readEvents();
+    return std::exchange(toDrop_, {});
+}
+
+/// Whether it is the press that the callback is being asked about: not to be delivered later.
+bool KeyboardLink::isHeard(const xcb_generic_event_t& event) const {
+    if (!heard_ || (event.response_type & 0x7F) != XCB_GE_GENERIC)
+        return false;
+    const auto& key = reinterpret_cast<const xcb_input_key_press_event_t&>(event);
+    return key.event_type == XCB_INPUT_KEY_PRESS && key.detail == heard_->key.key && key.time == heard_->time;
 }
 
 /// A grab lasts until its key is released, and every other key pressed meanwhile would be lost. Releasing it
@@ -147,6 +177,8 @@ void KeyboardLink::drop(const SwallowedKey& swallowed) {
     if (swallowed.isBystander && map_->shifts(swallowed.key))
         return;
     if (!isMovable(swallowed.source)) {
+        if (isHolding_)
+            return;
         xcb_input_xi_ungrab_device(connection_->get(), swallowed.time, swallowed.master);
         connection_->flush();
         return;
@@ -175,14 +207,20 @@ bool KeyboardLink::isMovable(xcb_input_device_id_t device) {
 
 bool KeyboardLink::inject(std::span<const KeyChord> chords) {
     const std::scoped_lock lock(mutex_);
-    if (!open())
-        return false;
-    const auto keyboards = readKeyboards(*connection_);
-    const auto held = readHeldKeys(*connection_, keyboards);
+    return open() && injectNow(chords);
+}
+
+bool KeyboardLink::inject(std::span<const KeyChord> chords, HoldNumber hold) {
+    const std::scoped_lock lock(mutex_);
+    return hold != 0 && currentHold_ == hold && isOpen() && injectNow(chords);
+}
+
+bool KeyboardLink::injectNow(std::span<const KeyChord> chords) {
+    const auto held = readHeldKeys(*connection_, readKeyboards(*connection_));
     for (const auto& swallowed : swallow())
         drop(swallowed);
     auto plan = planInjection(chords, held, *map_, readLayout(*connection_));
-    restoringBatch_ = plan.keys.write(*connection_, echoes_, witness_, keyboards.masters);
+    restoringBatch_ = plan.keys.write(*connection_, echoes_, witness_, &*hold_);
     restored_ = std::move(plan.restored);
     (void)connection_->focus(); // its answer comes when all keys have been moved
     wake();
@@ -192,6 +230,99 @@ bool KeyboardLink::inject(std::span<const KeyChord> chords) {
 std::vector<HeldKey> KeyboardLink::restoredBy(EchoLedger::Batch batch) {
     const std::scoped_lock lock(mutex_);
     return batch == restoringBatch_ ? std::exchange(restored_, {}) : std::vector<HeldKey>{};
+}
+
+HoldNumber KeyboardLink::hold() {
+    const std::scoped_lock lock(mutex_);
+    if (!isOpen() || !hold_ || witness_ == XCB_WINDOW_NONE || isSilent_)
+        return 0;
+    if (!isHolding_) {
+        isHolding_ = true; // first: what the tap hears from now on may be kept
+        const auto known = grabs_->window();
+        if (!hold_->begin(known != XCB_WINDOW_NONE ? known : grabs_->windowForKeys())) {
+            isHolding_ = false;
+            return 0;
+        }
+        for (const auto& swallowed : swallow())
+            if (swallowed.isBystander)
+                hold_->keep({{swallowed.key, true}, swallowed.time});
+            else
+                drop(swallowed);
+        grabs_->forgetActiveGrab();
+    }
+    currentHold_ = ++lastHold_;
+    wake();
+    return currentHold_;
+}
+
+HoldNumber KeyboardLink::currentHold() const {
+    const std::scoped_lock lock(mutex_);
+    return currentHold_;
+}
+
+void KeyboardLink::release(HoldNumber hold) {
+    const std::scoped_lock lock(mutex_);
+    if (hold == 0 || currentHold_ != hold)
+        return;
+    currentHold_ = 0;
+    wake();
+}
+
+void KeyboardLink::setHeard(const TimedMove& press) {
+    const std::scoped_lock lock(mutex_);
+    heard_ = press;
+}
+
+std::vector<TimedMove> KeyboardLink::takeKept() {
+    const std::scoped_lock lock(mutex_);
+    if (!isOpen())
+        return {};
+    (void)connection_->focus();
+    for (const auto& swallowed : swallow())
+        drop(swallowed);
+    return hold_->takeKept();
+}
+
+void KeyboardLink::replay(const FakeKeys& keys, std::vector<HeldKey> restored) {
+    const std::scoped_lock lock(mutex_);
+    if (!isOpen())
+        return;
+    restoringBatch_ = keys.write(*connection_, echoes_, witness_, &*hold_);
+    restored_ = std::move(restored);
+    connection_->flush();
+}
+
+void KeyboardLink::pause() {
+    const std::scoped_lock lock(mutex_);
+    if (!isOpen())
+        return;
+    hold_->pause(FakeKeys::betweenPresses);
+    (void)connection_->focus();
+}
+
+xcb_input_device_id_t KeyboardLink::deviceFor(xcb_input_device_id_t keyboard) {
+    const std::scoped_lock lock(mutex_);
+    return keyboard != FakeKeys::ownDevice && isOpen() && isMovable(keyboard) ? keyboard
+                                                                              : FakeKeys::ownDevice;
+}
+
+void KeyboardLink::freeze() {
+    const std::scoped_lock lock(mutex_);
+    if (isOpen())
+        hold_->freeze();
+}
+
+void KeyboardLink::thaw() {
+    const std::scoped_lock lock(mutex_);
+    if (isOpen())
+        hold_->thaw();
+}
+
+void KeyboardLink::endHold() {
+    const std::scoped_lock lock(mutex_);
+    if (isOpen())
+        hold_->end();
+    isHolding_ = false;
 }
 
 void KeyboardLink::release(xcb_keycode_t key, xcb_input_device_id_t device) {

@@ -4,8 +4,11 @@
 #include "platform/linux/x11/fake_keys.h"
 #include "platform/linux/x11/injection.h"
 #include "platform/linux/x11/keyboard_grabs.h"
+#include "platform/linux/x11/keyboard_hold.h"
 #include "platform/linux/x11/keyboard_map.h"
 
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -16,6 +19,9 @@
 #include <vector>
 
 namespace glyma::x11 {
+
+/// Numbers the holds of typing, from 1; 0 is none.
+using HoldNumber = std::uint64_t;
 
 /// The one connection that takes keys from applications and types for the user, with what both need to know:
 /// only the client that holds a key can let it go before it types. The tap and the injector share it. Any
@@ -49,10 +55,41 @@ public:
     ///         application and the server: so that they hold nothing else back, do not repeat, and are never
     ///         seen to be released.
     std::vector<SwallowedKey> handleEvents();
+    /// Whether handleEvents() will let a key go.
+    bool hasSwallowed();
     int descriptor() const;
 
     /// See KeyInjector::inject.
     bool inject(std::span<const KeyChord> chords);
+    // Holding typing
+    /// Begins a hold, or takes over the one that is on. \return 0 when it cannot be had.
+    HoldNumber hold();
+    /// The hold that nobody has released, 0 when there is none.
+    HoldNumber currentHold() const;
+    void release(HoldNumber hold);
+    /// As inject(), if this is still the hold; otherwise nothing is typed and the answer is false.
+    bool inject(std::span<const KeyChord> chords, HoldNumber hold);
+    /// Whether keys are kept from applications, also while they are being delivered after the release.
+    bool isHolding() const { return isHolding_; }
+
+    // Holding typing, for the tap thread
+    /// The press that the callback is asked about.
+    void setHeard(const TimedMove& press);
+    /// What has been kept from applications since the last call, at least everything the tap has heard of
+    /// before the call.
+    std::vector<TimedMove> takeKept();
+    /// Moves keys of the user past the hold.
+    /// \param restored  as restoredBy() is to answer.
+    void replay(const FakeKeys& keys, std::vector<HeldKey> restored);
+    /// Lets pass what has to pass between two presses of one key.
+    void pause();
+    /// The device on which a key of this keyboard can be moved.
+    xcb_input_device_id_t deviceFor(xcb_input_device_id_t keyboard);
+    /// See KeyboardHold.
+    void freeze();
+    void thaw();
+    void endHold();
+
     /// The keys that the batch has pressed again because the user held them.
     std::vector<HeldKey> restoredBy(EchoLedger::Batch batch);
     /// Releases a key on a keyboard of the user.
@@ -64,7 +101,10 @@ private:
     std::expected<void, std::string> open();
     bool isOpen() const { return connection_ && !connection_->isBroken(); }
     void apply();
+    void readEvents();
     std::vector<SwallowedKey> swallow();
+    bool isHeard(const xcb_generic_event_t& event) const;
+    bool injectNow(std::span<const KeyChord> chords);
     void drop(const SwallowedKey& swallowed);
     bool isMovable(xcb_input_device_id_t device);
     void wake() const;
@@ -77,6 +117,11 @@ private:
     std::optional<Connection> connection_;
     std::optional<KeyboardMap> map_;
     std::optional<KeyboardGrabs> grabs_;
+    std::optional<KeyboardHold> hold_;
+    std::atomic<bool> isHolding_ = false;
+    HoldNumber lastHold_ = 0;
+    HoldNumber currentHold_ = 0;
+    std::optional<TimedMove> heard_;
     std::function<void()> wake_;
     xcb_window_t witness_ = XCB_WINDOW_NONE;
     KeyClaims claims_;
@@ -88,6 +133,7 @@ private:
         GrabList list;
     };
     std::vector<CachedList> lists_;
+    std::vector<SwallowedKey> toDrop_;
     std::vector<SwallowedKey> swallowed_;
     std::map<xcb_input_device_id_t, bool> movable_;
     EchoLedger::Batch restoringBatch_ = 0;

@@ -85,7 +85,8 @@ bool KeyboardMap::isHeldModifier(xkb_keycode_t key) const {
     for (int index = 0; index < modifierCount; ++index)
         if (!(locks_ & (1U << index)) && std::ranges::count(keysOfModifier_[index], key) > 0)
             return true;
-    return false;
+    // Level shifts need not be in the map of modifiers.
+    return produces(key, {XKB_KEY_ISO_Level3_Shift, XKB_KEY_ISO_Level5_Shift, XKB_KEY_Mode_switch});
 }
 
 bool KeyboardMap::shifts(xkb_keycode_t key) const {

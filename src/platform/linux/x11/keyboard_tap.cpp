@@ -6,6 +6,26 @@
 
 namespace glyma::x11 {
 
+namespace {
+
+class Hold : public TypingHold {
+public:
+    Hold(std::shared_ptr<KeyboardLink> link, HoldNumber number)
+        : link_(std::move(link))
+        , number_(number) {}
+    ~Hold() override { release(); }
+
+    bool isOn() const override { return link_->currentHold() == number_; }
+    bool inject(std::span<const KeyChord> chords) override { return link_->inject(chords, number_); }
+    void release() final { link_->release(number_); }
+
+private:
+    std::shared_ptr<KeyboardLink> link_;
+    HoldNumber number_;
+};
+
+} // namespace
+
 KeyboardTap::KeyboardTap(TapOptions options)
     : options_(std::move(options))
     , link_(std::make_shared<KeyboardLink>(options_.display, options_.report)) {}
@@ -38,6 +58,11 @@ void KeyboardTap::stop() {
 
 void KeyboardTap::claim(const KeyClaims& claims) {
     link_->claim(claims);
+}
+
+std::shared_ptr<TypingHold> KeyboardTap::holdTyping() {
+    const auto number = link_->hold();
+    return number == 0 ? nullptr : std::make_shared<Hold>(link_, number);
 }
 
 } // namespace glyma::x11

@@ -38,6 +38,7 @@ public:
     void stop() override;
     void enable() override {}
     void claim(const KeyClaims& claims) override;
+    std::shared_ptr<TypingHold> holdTyping() override;
 
     /// For the injector.
     const std::shared_ptr<KeyboardLink>& link() const { return link_; }

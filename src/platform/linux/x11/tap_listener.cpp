@@ -18,8 +18,12 @@ Descriptor makeEvent() {
     return Descriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
 }
 
-timespec milliseconds(int count) {
-    return {.tv_sec = count / 1000, .tv_nsec = count % 1000 * 1'000'000L};
+Descriptor makeTimer() {
+    return Descriptor(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
+}
+
+timespec milliseconds(long count) {
+    return {.tv_sec = count / 1000, .tv_nsec = count % 1000 * 1'000'000};
 }
 
 /// How the user has set held keys to repeat; nothing when they do not.
@@ -52,7 +56,12 @@ TapListener::TapListener(Connection connection, Handlers handlers, KeyboardLink&
     : connection_(std::move(connection))
     , handlers_(std::move(handlers))
     , link_(link)
-    , repeatTimer_(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK))
+    , held_(link, {.hear = [this](const KeyEvent& event) { return deliver(event); },
+                   .readEvents = [this] { readEvents(); },
+                   .hearLive = [this](const HeldTyping::Event& event) { hearLive(event); },
+                   .locks = [this] { return typing_.locks(); }})
+    , holdTimer_(makeTimer())
+    , repeatTimer_(makeTimer())
     , wake_(makeEvent())
     , stop_(makeEvent()) {}
 
@@ -76,6 +85,7 @@ std::expected<void, std::string> TapListener::prepare(const std::string& display
         return std::unexpected(map.error());
     map_ = std::move(*map);
     typing_.setMap(*map_);
+    held_.setMap(*map_);
     const auto cookie = xcb_xkb_get_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD);
     if (const auto state = owned(xcb_xkb_get_state_reply(connection_.get(), cookie, nullptr)))
         typing_.update(*state);
@@ -94,8 +104,11 @@ void TapListener::readHeldKeys() {
         owned(xcb_query_keymap_reply(connection_.get(), xcb_query_keymap(connection_.get()), nullptr));
     constexpr xcb_input_device_id_t unknownDevice = 0;
     for (auto key = map_->firstKey(); reply && key <= map_->lastKey(); ++key)
-        if (reply->keys[key / 8] & (1U << (key % 8)))
-            down_.emplace(static_cast<xcb_keycode_t>(key), unknownDevice);
+        if (reply->keys[key / 8] & (1U << (key % 8))) {
+            const KeyMove press{static_cast<xcb_keycode_t>(key), true};
+            held_.moved(press, unknownDevice);
+            held_.reachedApplication(press);
+        }
 }
 
 void TapListener::selectEvents() {
@@ -118,7 +131,7 @@ void TapListener::run() {
         while (drain()) {
         }
         if (stop_.clear())
-            return;
+            return endHold();
         if (connection_.isBroken()) {
             if (handlers_.connectionLost)
                 handlers_.connectionLost();
@@ -141,6 +154,8 @@ bool TapListener::drain() {
     isAnything = handleSwallowed() || isAnything;
     if (repeatTimer_.clear())
         handleOwnRepeat();
+    watchHold();
+    deliverHeld();
     // Asking the server fetches waiting events too, which poll() then does not see.
     const bool isAsking = isMapStale_ || isStateStale_;
     if (isMapStale_)
@@ -155,6 +170,7 @@ void TapListener::wait() {
                            pollfd{link_.descriptor(), POLLIN, 0},
                            pollfd{repeats_ ? repeats_->descriptor() : -1, POLLIN, 0},
                            pollfd{repeatTimer_.get(), POLLIN, 0},
+                           pollfd{holdTimer_.get(), POLLIN, 0},
                            pollfd{wake_.get(), POLLIN, 0},
                            pollfd{stop_.get(), POLLIN, 0}};
     ::poll(descriptors.data(), descriptors.size(), -1);
@@ -178,19 +194,33 @@ void TapListener::handleRaw(const xcb_input_raw_key_press_event_t& event) {
         lastEcho_ = KeyMove{key, isPress};
         return;
     }
-    if (!isPress) {
-        down_.erase(key);
-        if (repeating_ && repeating_->key == key)
-            stopRepeating();
-        return;
-    }
-    down_[key] = event.sourceid;
-    if (isMapStale_)
+    held_.moved({key, isPress}, event.sourceid);
+    if (!isPress && repeating_ && repeating_->key == key)
+        stopRepeating();
+    if (isPress && isMapStale_)
         reloadMap();
-    if (map_->shifts(key))
-        return;
-    stopRepeating();
-    deliver(typing_.press(key, false));
+    HeldTyping::Event moved{.move = {{key, isPress}, event.time},
+                            .device = event.sourceid,
+                            .locks = typing_.locks(),
+                            .heard = std::nullopt,
+                            .wasKept = false,
+                            .hasReachedApplication = false};
+    if (isPress && !map_->shifts(key)) {
+        stopRepeating();
+        moved.heard = typing_.press(key, false);
+    }
+    if (link_.isHolding())
+        held_.keep(std::move(moved));
+    else
+        hearLive(moved);
+}
+
+void TapListener::hearLive(const HeldTyping::Event& event) {
+    link_.setHeard(event.move);
+    if (event.heard && deliver(*event.heard) == Verdict::consume)
+        held_.consumed(event.move.key.key);
+    else
+        held_.reachedApplication(event.move.key);
 }
 
 void TapListener::handleKeyboard(const xcb_generic_event_t& event) {
@@ -214,11 +244,20 @@ void TapListener::handleState(const xcb_xkb_state_notify_event_t& event) {
     const KeyMove cause{event.keycode, event.eventType == XCB_KEY_PRESS};
     if (typing_.flags() == before || lastEcho_ == cause)
         return;
-    deliver({.type = KeyEvent::Type::flagsChanged,
-             .keyCode = map_->code(event.keycode, typing_.modifiers(), typing_.layout()),
-             .flags = typing_.flags(),
-             .isAutorepeat = false,
-             .text = {}});
+    KeyEvent changed{.type = KeyEvent::Type::flagsChanged,
+                     .keyCode = map_->code(event.keycode, typing_.modifiers(), typing_.layout()),
+                     .flags = typing_.flags(),
+                     .isAutorepeat = false,
+                     .text = {}};
+    if (link_.isHolding())
+        held_.keep({.move = {},
+                    .device = 0,
+                    .locks = {},
+                    .heard = std::move(changed),
+                    .wasKept = false,
+                    .hasReachedApplication = false});
+    else
+        deliver(changed);
 }
 
 void TapListener::handleMark(EchoMark mark) {
@@ -229,20 +268,23 @@ void TapListener::handleMark(EchoMark mark) {
     link_.echoes().close(mark.batch);
     // What the user has let go while it was being pressed again for him must not stay down.
     for (const auto& [key, device] : link_.restoredBy(mark.batch))
-        if (!down_.contains(key) && device != 0)
+        if (!held_.isDown(key) && device != 0)
             link_.release(key, device);
 }
 
 void TapListener::handleServerRepeat(xcb_keycode_t key) {
-    if (!down_.contains(key) || map_->shifts(key))
+    if (!held_.isDown(key) || map_->shifts(key) || link_.isHolding())
         return;
     deliver(typing_.press(key, true));
 }
 
 bool TapListener::handleSwallowed() {
+    // The callback must know the key before it is let go: it may want to hold what follows.
+    if (link_.hasSwallowed())
+        readEvents();
     const auto swallowed = link_.handleEvents();
     for (const auto& each : swallowed) {
-        if (!down_.contains(each.key) || !link_.consumes(each.key, each.modifiers))
+        if (!held_.isDown(each.key) || !link_.consumes(each.key, each.modifiers))
             continue;
         if (const auto repeat = readRepeat(connection_)) {
             repeating_ = each;
@@ -253,7 +295,8 @@ bool TapListener::handleSwallowed() {
 }
 
 void TapListener::handleOwnRepeat() {
-    if (repeating_ && down_.contains(repeating_->key) && link_.consumes(repeating_->key, typing_.modifiers()))
+    if (repeating_ && !link_.isHolding() && held_.isDown(repeating_->key) &&
+        link_.consumes(repeating_->key, typing_.modifiers()))
         deliver(typing_.press(repeating_->key, true));
     else
         stopRepeating();
@@ -274,6 +317,7 @@ void TapListener::reloadMap() {
         return;
     map_ = std::move(*map);
     typing_.setMap(*map_);
+    held_.setMap(*map_);
     link_.reloadMap();
     isStateStale_ = true;
 }
@@ -301,9 +345,46 @@ bool TapListener::isSilent() {
     return isSilent;
 }
 
-void TapListener::deliver(const KeyEvent& event) {
-    if (!isSilent() && handlers_.callback)
-        handlers_.callback(event);
+Verdict TapListener::deliver(const KeyEvent& event) {
+    if (isSilent() || !handlers_.callback)
+        return Verdict::pass;
+    return handlers_.callback(event);
+}
+
+/// All that the server has sent up to now.
+void TapListener::readEvents() {
+    (void)connection_.focus();
+    while (const auto event = connection_.pollEvent())
+        handle(*event);
+    if (repeats_)
+        repeats_->drain([this](xcb_keycode_t key) { handleServerRepeat(key); });
+}
+
+void TapListener::watchHold() {
+    const auto current = link_.currentHold();
+    if (holdTimer_.clear() && watched_ == current)
+        link_.release(watched_);
+    if (std::exchange(watched_, current) == current)
+        return;
+    const itimerspec limit{.it_interval = {},
+                           .it_value = milliseconds(current == 0 ? 0 : longestTypingHold.count())};
+    ::timerfd_settime(holdTimer_.get(), 0, &limit, nullptr);
+}
+
+void TapListener::deliverHeld() {
+    if (!link_.isHolding())
+        held_.giveUp();
+    else if (link_.currentHold() == 0)
+        held_.deliver();
+    else
+        return;
+    watchHold();
+}
+
+void TapListener::endHold() {
+    handlers_.callback = nullptr;
+    link_.release(link_.currentHold());
+    deliverHeld();
 }
 
 } // namespace glyma::x11

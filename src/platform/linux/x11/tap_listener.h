@@ -2,6 +2,7 @@
 
 #include "platform/keyboard_tap.h"
 #include "platform/linux/x11/descriptor.h"
+#include "platform/linux/x11/held_typing.h"
 #include "platform/linux/x11/keyboard_link.h"
 #include "platform/linux/x11/repeat_stream.h"
 #include "platform/linux/x11/typing_state.h"
@@ -9,7 +10,6 @@
 #include <xcb/xinput.h>
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <thread>
@@ -53,7 +53,12 @@ private:
     bool handleSwallowed();
     void reloadMap();
     void readStateWhenIdle();
-    void deliver(const KeyEvent& event);
+    void hearLive(const HeldTyping::Event& event);
+    Verdict deliver(const KeyEvent& event);
+    void readEvents();
+    void watchHold();
+    void deliverHeld();
+    void endHold();
     bool isSilent();
     void stopRepeating();
 
@@ -65,8 +70,10 @@ private:
     std::optional<RepeatStream> repeats_;
     std::optional<KeyboardMap> map_;
     TypingState typing_;
-    /// What the user holds down, and on which keyboard.
-    std::map<xcb_keycode_t, xcb_input_device_id_t> down_;
+    HeldTyping held_;
+    /// Which hold the timer is for.
+    HoldNumber watched_ = 0;
+    Descriptor holdTimer_;
     std::optional<KeyMove> lastEcho_;
     bool isMapStale_ = false;
     bool isStateStale_ = false;

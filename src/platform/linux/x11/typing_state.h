@@ -7,6 +7,13 @@
 
 namespace glyma::x11 {
 
+/// What stays on without a key being held: Caps Lock and the like, and the layout chosen.
+struct Locks {
+    ModifierMask modifiers = 0;
+    xkb_layout_index_t layout = 0;
+    bool operator==(const Locks&) const = default;
+};
+
 /// What the next key will type: layout, modifiers and a half-composed character. Tap thread.
 class TypingState {
 public:
@@ -24,6 +31,7 @@ public:
     ModifierMask modifiers() const;
     std::uint64_t flags() const { return map_->flags(modifiers()); }
     xkb_layout_index_t layout() const;
+    Locks locks() const { return {static_cast<ModifierMask>(components_.locked), components_.lockedLayout}; }
 
 private:
     struct UnreferenceCompose {

@@ -165,10 +165,11 @@ glyma::KeyboardTap::Callback Heard::callback() {
     return [this](const KeyEvent& event) {
         if (react)
             react(event);
+        const auto verdict = decide ? decide(event) : Verdict::pass;
         const std::scoped_lock lock(mutex_);
         events_.push_back(event);
         more_.notify_all();
-        return Verdict::pass;
+        return verdict;
     };
 }
 
