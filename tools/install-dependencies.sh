@@ -7,7 +7,7 @@ set -euo pipefail
 build=(
     ca-certificates ccache cmake g++ git ninja-build pkg-config
     libatspi2.0-dev libcli11-dev libdbus-1-dev libfmt-dev libfontconfig-dev libglib2.0-dev libharfbuzz-dev libicu-dev
-    libsqlite3-dev libsqlitecpp-dev libsystemd-dev nlohmann-json3-dev qt6-base-dev
+    libsqlite3-dev libsqlitecpp-dev libsystemd-dev nlohmann-json3-dev qt6-base-dev qt6-svg-dev
     libxcb1-dev libxcb-record0-dev libxcb-res0-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-xinput-dev
     libxcb-xkb-dev libxcb-xtest0-dev libxkbcommon-dev libxkbcommon-x11-dev
 )

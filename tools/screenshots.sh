@@ -1,16 +1,17 @@
 #!/bin/sh
-# Makes the pictures of the picker under docs/images: a virtual display of its own, with a compositor, the picker over a
-# make-believe desktop. Usage: tools/screenshots.sh [PICKER_GALLERY] [FOLDER]
+# Makes the pictures of the picker and of the character information under docs/images: a virtual display of its own,
+# with a compositor, a make-believe desktop. Usage: tools/screenshots.sh [PICKER_GALLERY] [FOLDER]
 # Without arguments it installs what is missing and builds the gallery first.
 set -eu
 root=$(cd "$(dirname "$0")/.." && pwd)
 gallery=${1:-$root/build/release/bin/picker_gallery}
+info_gallery=$(dirname "$gallery")/info_gallery
 folder=${2:-$root/docs/images}
 if [ $# -eq 0 ]; then
     cd "$root"
     tools/install-dependencies.sh build run demo pictures
     cmake --preset release >/dev/null
-    cmake --build build/release --target picker_gallery
+    cmake --build build/release --target picker_gallery info_gallery
 fi
 
 scratch=$(mktemp -d)
@@ -49,6 +50,13 @@ shoot() {
     done
 }
 
+# shoot_info NAME POINTER TEXT: the cards of some characters, with both palettes.
+shoot_info() {
+    for theme in light dark; do
+        GLYMA_THEME=$theme "$info_gallery" --text "$3" --pointer "$2" --output "$folder/character-info-$1-$theme.png"
+    done
+}
+
 unset DBUS_SESSION_BUS_ADDRESS WAYLAND_DISPLAY QT_SCALE_FACTOR QT_QPA_PLATFORMTHEME
 export QT_QPA_PLATFORM=xcb DBUS_SESSION_BUS_ADDRESS=disabled:
 mkdir -p "$folder"
@@ -60,7 +68,21 @@ for scene in results highlight skin-tones nothing-found; do
     shoot "$scene" "$scene"
 done
 
+start_display 1000x720
+start_compositor
+invisible=$(printf '\342\200\215\342\200\256\356\200\200\314\201') # joiner, override, private use, a lone mark
+shoot_info one 330,120 '👍🏽'
+shoot_info two 200,120 'é→'
+shoot_info three 200,60 "👩‍🚀1️⃣🇩🇪"
+shoot_info invisible 200,60 "a$invisible"
+shoot_info 24-cards 200,60 'The quick brown fox jumps over the lazy dog'
+shoot_info left-top 0,0 '❤'
+shoot_info right-top 999,0 '❤'
+shoot_info left-bottom 0,719 '❤'
+shoot_info right-bottom 999,719 '❤'
+
 start_display 1200x1080
 start_compositor
 export QT_SCALE_FACTOR=1.5
 shoot results results-150-percent
+shoot_info 150-percent 100,60 "👩‍🚀1️⃣🇩🇪"

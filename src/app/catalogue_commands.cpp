@@ -52,6 +52,8 @@ std::expected<std::optional<ImportSummary>, std::string> import(Foundation& foun
     return *imported;
 }
 
+} // namespace
+
 int ensureCatalogue(Foundation& foundation) {
     if (hasCatalogue(storeFile(foundation.folders.data)))
         return status::done;
@@ -64,8 +66,6 @@ int ensureCatalogue(Foundation& foundation) {
     const auto imported = import(foundation, /*force=*/false, progress);
     return imported ? status::done : fail(imported.error());
 }
-
-} // namespace
 
 int runSearch(const SearchCommand& command, Foundation& foundation) {
     if (const int ready = ensureCatalogue(foundation); ready != status::done)

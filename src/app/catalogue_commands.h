@@ -5,6 +5,9 @@
 
 namespace glyma {
 
+/// Builds the catalogue when there is none. \return the exit status; not done: the reason has been said.
+int ensureCatalogue(Foundation& foundation);
+
 /// Prints what matches. Builds the catalogue first when there is none. Learns nothing. \return the exit
 /// status.
 int runSearch(const SearchCommand& command, Foundation& foundation);

@@ -23,6 +23,19 @@ std::expected<Command, int> parseCommandLine(int argc, char** argv) {
     searchCommand->add_flag("--fuzzy", search.fuzzy, "Let letters be left out");
     searchCommand->add_option("QUERY", words, "What would be typed after the trigger")->required();
 
+    InfoCommand info;
+    std::vector<std::string> texts;
+    auto* infoCommand = app.add_subcommand("info", "Tell what the characters of a text are");
+    auto* asJson = infoCommand->add_flag("--json", info.json, "Print an array of objects");
+    infoCommand->add_option("--limit", info.limit, "Tell of so many distinct characters at most")
+        ->check(CLI::PositiveNumber);
+    auto* selection = infoCommand->add_flag("--selection", info.selection,
+                                            "Take what was selected last, in any application");
+    infoCommand->add_flag("--panel", info.panel, "Let the running program show it in its window")
+        ->excludes(asJson);
+    infoCommand->add_option("TEXT", texts, "The text; without it, standard input is read")
+        ->excludes(selection);
+
     ImportCommand import;
     auto* importCommand =
         app.add_subcommand("import", "Build the catalogue of characters, if there is none yet");
@@ -32,6 +45,14 @@ std::expected<Command, int> parseCommandLine(int argc, char** argv) {
     auto* doctorCommand =
         app.add_subcommand("doctor", "Tell what works here, what does not, why and how to mend it");
     doctorCommand->add_flag("--json", doctor.json, "Print an array of objects");
+
+    PreferencesCommand preferences;
+    auto* preferencesCommand =
+        app.add_subcommand("preferences", "Show the preferences; starts the program if it is not running");
+    preferencesCommand->add_option("TAB", preferences.tab, "The page to show")
+        ->transform(CLI::Transformer({{"library", "unicode"}}))
+        ->check(CLI::IsMember(
+            {"general", "exclusions", "unicode", "replacements", "permissions", "advanced", "debug"}));
 
     auto* quitCommand = app.add_subcommand("quit", "End the running program");
 
@@ -44,10 +65,17 @@ std::expected<Command, int> parseCommandLine(int argc, char** argv) {
         search.query = fmt::format("{}", fmt::join(words, " "));
         return search;
     }
+    if (*infoCommand) {
+        if (!texts.empty())
+            info.text = fmt::format("{}", fmt::join(texts, " "));
+        return info;
+    }
     if (*importCommand)
         return import;
     if (*doctorCommand)
         return doctor;
+    if (*preferencesCommand)
+        return preferences;
     if (*quitCommand)
         return QuitCommand{};
     return RunCommand{};

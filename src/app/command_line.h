@@ -16,14 +16,25 @@ struct SearchCommand {
     bool fuzzy = false;
     std::optional<std::size_t> limit;
 };
+struct InfoCommand {
+    std::optional<std::string> text; ///< absent: standard input, or the selection
+    bool json = false;
+    bool selection = false; ///< what was selected last, in any application
+    bool panel = false;     ///< shown by the running program instead of printed
+    std::size_t limit = 24;
+};
 struct ImportCommand {
     bool force = false;
 };
 struct DoctorCommand {
     bool json = false;
 };
+struct PreferencesCommand {
+    std::string tab; ///< empty: the one shown last
+};
 struct QuitCommand {};
-using Command = std::variant<RunCommand, SearchCommand, ImportCommand, DoctorCommand, QuitCommand>;
+using Command = std::variant<RunCommand, SearchCommand, InfoCommand, ImportCommand, DoctorCommand,
+                             PreferencesCommand, QuitCommand>;
 
 /// Exit status of the program.
 namespace status {

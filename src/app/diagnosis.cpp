@@ -12,16 +12,25 @@ namespace glyma {
 
 namespace {
 
-std::string_view word(Diagnosis::State state) {
+using State = Diagnosis::State;
+
+std::string_view word(State state) {
     switch (state) {
-    case Diagnosis::State::ok:
+    case State::ok:
         return "ok";
-    case Diagnosis::State::limited:
+    case State::limited:
         return "limited";
-    case Diagnosis::State::missing:
+    case State::missing:
         break;
     }
     return "missing";
+}
+
+State stateOf(const std::string& text) {
+    for (const auto state : {State::ok, State::limited})
+        if (word(state) == text)
+            return state;
+    return State::missing;
 }
 
 } // namespace
@@ -44,6 +53,24 @@ std::string diagnosesAsJson(std::span<const Diagnosis> diagnoses) {
     for (const auto& [name, state, why, mend] : diagnoses)
         list.push_back({{"name", name}, {"state", word(state)}, {"why", why}, {"mend", mend}});
     return list.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+std::vector<Diagnosis> diagnosesFromJson(std::string_view text) {
+    const auto list = nlohmann::json::parse(text, nullptr, false);
+    std::vector<Diagnosis> diagnoses;
+    for (const auto& each : list) {
+        if (!each.is_object())
+            return {};
+        const auto field = [&each](const char* name) {
+            const auto place = each.find(name);
+            return place != each.end() && place->is_string() ? place->get<std::string>() : std::string();
+        };
+        diagnoses.push_back({.name = field("name"),
+                             .state = stateOf(field("state")),
+                             .why = field("why"),
+                             .mend = field("mend")});
+    }
+    return diagnoses;
 }
 
 int exitStatus(std::span<const Diagnosis> diagnoses) {

@@ -2,6 +2,8 @@
 
 #include <span>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace glyma {
 
@@ -22,6 +24,8 @@ struct Diagnosis {
 std::string diagnosesAsText(std::span<const Diagnosis> diagnoses);
 /// An array of objects with the field names as keys.
 std::string diagnosesAsJson(std::span<const Diagnosis> diagnoses);
+/// What diagnosesAsJson wrote; nothing when the text is something else.
+std::vector<Diagnosis> diagnosesFromJson(std::string_view json);
 /// Done when nothing is missing.
 int exitStatus(std::span<const Diagnosis> diagnoses);
 

@@ -2,6 +2,7 @@
 #include "app/command_line.h"
 #include "app/core_diagnosis.h"
 #include "app/desktop_loader.h"
+#include "app/info_command.h"
 #include "app/terminal.h"
 #include "platform/linux/xdg/standard_error_log_sink.h"
 
@@ -17,10 +18,27 @@ struct Runner {
     LogSink& logSink;
 
     int operator()(const RunCommand&) const { return callDesktopFor(glymaDesktopRun); }
+    int operator()(const PreferencesCommand& command) const {
+        auto preferences = request(glymaDesktopPreferences);
+        preferences.tab = command.tab.c_str();
+        return callDesktopWith(preferences);
+    }
     int operator()(const QuitCommand&) const { return callDesktopFor(glymaDesktopQuit); }
     int operator()(const SearchCommand& command) const {
         Foundation foundation(logSink);
         return runSearch(command, foundation);
+    }
+    int operator()(const InfoCommand& command) const {
+        const auto text = command.selection ? selectedText() : textOf(command);
+        if (!text)
+            return text.error();
+        if (command.panel) {
+            auto show = request(glymaDesktopShowInfo);
+            show.text = text->c_str();
+            return callDesktopWith(show);
+        }
+        Foundation foundation(logSink);
+        return runInfo(command, *text, foundation);
     }
     int operator()(const ImportCommand& command) const {
         Foundation foundation(logSink);
@@ -40,13 +58,32 @@ private:
                 .task = task,
                 .argc = argc,
                 .argv = argv,
+                .tab = "",
                 .report = nullptr,
-                .context = nullptr};
+                .context = nullptr,
+                .receive = nullptr,
+                .text = nullptr};
     }
 
-    int callDesktopFor(GlymaDesktopTask task) const {
-        const auto result = callDesktop(request(task));
+    int callDesktopFor(GlymaDesktopTask task) const { return callDesktopWith(request(task)); }
+
+    static int callDesktopWith(const GlymaDesktopRequest& request) {
+        const auto result = callDesktop(request);
         return result ? *result : fail(result.error());
+    }
+
+    std::expected<std::string, int> selectedText() const {
+        std::string text;
+        auto read = request(glymaDesktopSelection);
+        read.context = &text;
+        read.receive = [](void* context, const char* selected, std::size_t size) {
+            static_cast<std::string*>(context)->assign(selected, size);
+        };
+        if (const int result = callDesktopWith(read); result != status::done)
+            return std::unexpected(result);
+        if (text.empty())
+            return std::unexpected(fail("No text was selected."));
+        return text;
     }
 
     void addDesktop(std::vector<Diagnosis>& diagnoses) const {

@@ -16,19 +16,19 @@ constexpr double lowestCaret = 20;
 
 constexpr Screen fallbackScreen{{0, 0, 1440, 900}, {0, 0, 1440, 900}, 1};
 
-Screen screenOf(const Rect& caret, std::span<const Screen> screens) {
+} // namespace
+
+Screen screenOf(Point point, std::span<const Screen> screens) {
     if (screens.empty())
         return fallbackScreen;
-    const auto found = std::ranges::find_if(
-        screens, [middle = caret.centre()](const Screen& screen) { return screen.frame.contains(middle); });
+    const auto found =
+        std::ranges::find_if(screens, [point](const Screen& screen) { return screen.frame.contains(point); });
     return found == screens.end() ? screens.front() : *found;
 }
 
-} // namespace
-
 Rect pickerFrame(const Rect& caret, std::size_t itemCount, std::int64_t visibleRows, bool showRankingInfo,
                  std::span<const Screen> screens) {
-    const auto [frame, visible, scale] = screenOf(caret, screens);
+    const auto [frame, visible, scale] = screenOf(caret.centre(), screens);
     const auto rows =
         std::min<std::int64_t>(std::max<std::int64_t>(static_cast<std::int64_t>(itemCount), 1), visibleRows);
     const double height = (static_cast<double>(rows) * rowHeight + headerAndMargins) * scale;

@@ -9,6 +9,10 @@
 
 namespace glyma {
 
+/// The screen that holds the point, else the main one, which comes first; one of 1440 by 900 when there is
+/// none.
+Screen screenOf(Point point, std::span<const Screen> screens);
+
 /// Where the picker goes: below the caret if its height fits there, else above, left-aligned with the caret
 /// and 4 logical pixels inside the visible frame of the caret's screen. 48 logical pixels a row plus 53; 320
 /// wide, 440 with ranking info. \param caret        a caret lower than 20 logical pixels counts as 20 high,

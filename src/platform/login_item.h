@@ -10,6 +10,7 @@ class LoginItem {
 public:
     virtual ~LoginItem() = default;
     virtual bool isEnabled() const = 0;
+    /// The errors of both are sentences for people: what happened, why, what to do.
     virtual std::expected<void, std::string> enable() = 0;
     virtual std::expected<void, std::string> disable() = 0;
 };

@@ -232,21 +232,23 @@ void UserPreferences::setVisiblePickerRows(std::int64_t value) {
     assignAndStore(&Values::visiblePickerRows, key::visiblePickerRows, value, value);
 }
 
-void UserPreferences::setStartAtLogin(bool value) {
+std::expected<void, std::string> UserPreferences::setStartAtLogin(bool value) {
     assign(&Values::startAtLogin, value);
-    if (toggleLoginItem(value))
-        return;
+    const auto toggled = toggleLoginItem(value);
+    if (toggled)
+        return {};
     // One more turn, to bring the session to what it says; a second failure ends it.
     assign(&Values::startAtLogin, loginItem_.isEnabled());
-    toggleLoginItem(startAtLogin());
+    [[maybe_unused]] const auto resynchronised = toggleLoginItem(startAtLogin());
     assign(&Values::startAtLogin, loginItem_.isEnabled());
+    return toggled;
 }
 
-bool UserPreferences::toggleLoginItem(bool value) {
-    const auto toggled = value ? loginItem_.enable() : loginItem_.disable();
+std::expected<void, std::string> UserPreferences::toggleLoginItem(bool value) {
+    auto toggled = value ? loginItem_.enable() : loginItem_.disable();
     if (!toggled)
         log_.debug("Glyma: login item toggle failed — {}", toggled.error());
-    return toggled.has_value();
+    return toggled;
 }
 
 void UserPreferences::setSkinToneModifier(const std::optional<std::string>& value) {

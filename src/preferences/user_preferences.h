@@ -11,6 +11,7 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include <cstdint>
+#include <expected>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -69,8 +70,9 @@ public:
     void setCharacterInfoShortcut(const std::optional<GlobalShortcut>& value);
     void setRandomUnicodeIncludesEmoji(bool value);
     void setVisiblePickerRows(std::int64_t value);
-    /// Ends up mirroring what the session really does.
-    void setStartAtLogin(bool value);
+    /// Ends up mirroring what the session really does. The error says, in sentences, why that is not what was
+    /// asked for and what to do.
+    std::expected<void, std::string> setStartAtLogin(bool value);
     void setSkinToneModifier(const std::optional<std::string>& value);
 
     /// Some setting differs from before.
@@ -106,7 +108,7 @@ private:
     void assign(Value Values::*field, const Value& value);
     template<typename Value>
     void assignAndStore(Value Values::*field, const char* key, const Value& value, nlohmann::json stored);
-    bool toggleLoginItem(bool value);
+    std::expected<void, std::string> toggleLoginItem(bool value);
 
     SettingsStore& store_;
     LoginItem& loginItem_;

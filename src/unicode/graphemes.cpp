@@ -109,6 +109,18 @@ std::size_t graphemeCount(std::string_view text) {
     return count;
 }
 
+void visitGraphemes(std::string_view text, const std::function<bool(std::string_view)>& visit) {
+    if (isPlain(text)) {
+        for (std::size_t at = 0; at < text.size() && visit(text.substr(at, 1)); ++at) {
+        }
+        return;
+    }
+    Boundaries boundaries(text);
+    for (std::size_t start = 0, end = 0; boundaries.next(end) && visit(text.substr(start, end - start));
+         start = end) {
+    }
+}
+
 std::string_view firstGraphemes(std::string_view text, std::size_t count) {
     if (isPlain(text))
         return text.substr(0, count);

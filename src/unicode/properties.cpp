@@ -5,6 +5,7 @@
 #include <unicode/uchar.h>
 
 #include <algorithm>
+#include <array>
 
 namespace glyma::unicode {
 namespace {
@@ -71,6 +72,35 @@ bool isDecimalDigit(char32_t scalar) {
 
 bool isWordScalar(char32_t scalar) {
     return (U_GET_GC_MASK(static_cast<UChar32>(scalar)) & (U_GC_L_MASK | U_GC_M_MASK | U_GC_N_MASK)) != 0;
+}
+
+bool isAssigned(char32_t scalar) {
+    return u_charType(static_cast<UChar32>(scalar)) != U_UNASSIGNED;
+}
+
+bool isControl(char32_t scalar) {
+    return u_charType(static_cast<UChar32>(scalar)) == U_CONTROL_CHAR;
+}
+
+bool isMark(char32_t scalar) {
+    return (U_GET_GC_MASK(static_cast<UChar32>(scalar)) & U_GC_M_MASK) != 0;
+}
+
+bool isInvisible(char32_t scalar) {
+    return (U_GET_GC_MASK(static_cast<UChar32>(scalar)) & U_GC_Z_MASK) != 0 ||
+           (hasProperty(scalar, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) && isAssigned(scalar));
+}
+
+std::string scalarName(char32_t scalar) {
+    std::array<char, 256> name{};
+    for (const auto choice : {U_UNICODE_CHAR_NAME, U_CHAR_NAME_ALIAS}) {
+        auto status = U_ZERO_ERROR;
+        const auto length =
+            u_charName(static_cast<UChar32>(scalar), choice, name.data(), std::int32_t{name.size()}, &status);
+        if (U_SUCCESS(status) && length > 0)
+            return {name.data(), static_cast<std::size_t>(length)};
+    }
+    return {};
 }
 
 std::string withEmojiPresentation(std::string_view text) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,8 @@ std::string sanitized(std::string_view text);
 /// Extended grapheme clusters (UAX #29), as views into the text.
 std::vector<std::string_view> graphemes(std::string_view text);
 std::size_t graphemeCount(std::string_view text);
+/// Calls `visit` with one cluster after the other until it returns false. Needs no memory for the others.
+void visitGraphemes(std::string_view text, const std::function<bool(std::string_view cluster)>& visit);
 /// The first `count` grapheme clusters, or all of them.
 std::string_view firstGraphemes(std::string_view text, std::size_t count);
 std::string_view lastGraphemes(std::string_view text, std::size_t count);

@@ -2,12 +2,11 @@
 
 import http.server
 import json
-import os
 import threading
 import time
 from pathlib import Path
 
-from virtual_desktop import wait_until
+from virtual_desktop import connect_accessibility, wait_until
 
 
 class AccessibleEditor:
@@ -42,7 +41,7 @@ class AccessibleEditor:
         return self.element.get_state_set().contains(Atspi.StateType.FOCUSED)
 
     def find_text_element(self):
-        self.desktop.connect_accessibility()
+        connect_accessibility(self.desktop)
         from gi.repository import Atspi, GLib
         root = Atspi.get_desktop(0)
         try:
@@ -69,6 +68,26 @@ class AccessibleEditor:
 
     def text(self):
         return self.element.get_text(0, self.element.get_character_count())
+
+    def select(self, text):
+        """Selects the first occurrence of a text as a user does it: with Shift and the arrow key."""
+        before, found, _ = self.text().partition(text)
+        assert found
+        self.place_caret(before)
+        self.desktop.press("ctrl+Home") if not before else None
+        for _ in range(400):
+            if self.selection() == text:
+                return
+            at = self.selection()
+            self.desktop.press("shift+Right")
+            wait_until(lambda: self.selection() != at, 2, "the selection to grow")
+        raise RuntimeError("the text was not selected")
+
+    def selection(self):
+        if self.element.get_n_selections() == 0:
+            return ""
+        span = self.element.get_selection(0)
+        return self.element.get_text(span.start_offset, span.end_offset)
 
     def caret(self):
         """Code points before the caret."""

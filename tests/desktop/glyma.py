@@ -4,10 +4,18 @@ import json
 import os
 from pathlib import Path
 
-from virtual_desktop import ROOT, wait_until
+from virtual_desktop import ROOT, connect_accessibility, wait_until
 
 # A catalogue made once serves every test: importing takes longer than copying.
 BINARY = Path(os.environ.get("GLYMA_BINARY", ROOT / "build/release/bin/glyma"))
+
+
+def names_below(element):
+    for index in range(element.get_child_count()):
+        child = element.get_child_at_index(index)
+        if child:
+            yield child.get_name()
+            yield from names_below(child)
 
 
 class Glyma:
@@ -64,6 +72,24 @@ class Glyma:
 
     def picker_windows(self):
         return self.desktop.windows("--name", "^Glyma picker$")
+
+    def info_windows(self):
+        return self.desktop.windows("--name", "^Character Info$")
+
+    def info_shows(self):
+        """What a screen reader finds in the character information: a list of its texts, in their order."""
+        connect_accessibility(self.desktop)
+        from gi.repository import Atspi
+        root = Atspi.get_desktop(0)
+        for index in range(root.get_child_count()):
+            application = root.get_child_at_index(index)
+            if application and application.get_process_id() == self.process.pid:
+                application.clear_cache()
+                for number in range(application.get_child_count()):
+                    window = application.get_child_at_index(number)
+                    if window and window.get_name() == "Character Info":
+                        return [name for name in names_below(window)]
+        return []
 
     def picker_geometry(self):
         """x, y, width, height of the open picker."""

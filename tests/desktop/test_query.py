@@ -14,7 +14,7 @@ import time
 from applications import AccessibleEditor, FeatherPad, FirefoxField, GnomeTextEditor, Mousepad
 from glyma import Glyma
 from pointer import Pointer
-from virtual_desktop import VirtualDesktop, wait_until
+from virtual_desktop import VirtualDesktop, connect_accessibility, wait_until
 
 EDITORS = {"mousepad": Mousepad, "gnome-text-editor": GnomeTextEditor, "featherpad": FeatherPad}
 TEXT = "caf\u00e9 \U0001f600 at 12:30, and more words to click into "
@@ -38,7 +38,7 @@ class Scene:
     def __init__(self, desktop, target):
         self.desktop = desktop
         self.target = target
-        desktop.connect_accessibility()
+        connect_accessibility(desktop)
         self.pointer = Pointer(desktop)
         self.glyma = Glyma(desktop, {"excludedApps": [], "debug.debugLogsEnabled": True}).start()
         desktop.set_clipboard("le")

@@ -26,6 +26,14 @@ def wait_until(condition, seconds, what, interval=0.02):
         time.sleep(interval)
 
 
+def connect_accessibility(desktop):
+    """Has this process read what the desktop's programs tell assistive technology, by gi.repository.Atspi."""
+    os.environ.update({name: desktop.environment[name] for name in
+                       ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "HOME")})
+    import gi
+    gi.require_version("Atspi", "2.0")
+
+
 class VirtualDesktop:
     """`with VirtualDesktop() as desktop:` - `desktop.environment` is what programs on it are started with."""
 
@@ -129,13 +137,6 @@ class VirtualDesktop:
         """Saves what the screen shows as a PNG."""
         Path(file).parent.mkdir(parents=True, exist_ok=True)
         self.run(["import", "-window", "root", file])
-
-    def connect_accessibility(self):
-        """Lets this process ask this desktop's accessibility bus; once a process."""
-        os.environ.update({name: self.environment[name] for name in
-                           ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "HOME")})
-        import gi
-        gi.require_version("Atspi", "2.0")
 
     def windows(self, *criteria):
         """Ids of the visible windows that xdotool finds by the criteria."""

@@ -85,8 +85,8 @@ Road::Road(Characters characters)
     , text({desktop.clock, desktop.accessibility, desktop.clipboard, desktop, desktop, desktop.screens,
             desktop.bell, preferences, log, &desktop.primarySelection})
     , monitor({desktop.tap, desktop.mouse, desktop.clock, desktop.clock, desktop.accessibility, desktop,
-               desktop.screens, text, catalogue, picker, window, preferences, flags, log, "glyma", [] {},
-               [] {}}) {
+               desktop.screens, text, catalogue, picker, window, preferences, flags, log, "glyma",
+               [this] { showCharacterInfo(); }, [this] { closeCharacterInfo(); }}) {
     if (characters == Characters::few)
         catalogue.start();
 }

@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -70,6 +71,9 @@ protected:
     EmojiPickerViewModel picker{catalogue};
     RecordingWindow window{picker, desktop};
     SharedFlags flags;
+    /// What the monitor asks of the character information.
+    std::function<void()> showCharacterInfo = [] {};
+    std::function<void()> closeCharacterInfo = [] {};
     KeyboardMonitor monitor;
 };
 

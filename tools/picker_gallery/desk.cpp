@@ -1,8 +1,9 @@
 #include "desk.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTimer>
@@ -16,11 +17,15 @@ namespace {
 
 constexpr int importLimitMilliseconds = 60'000;
 
+std::filesystem::path storeIn(const QTemporaryDir& folder) {
+    return std::filesystem::path(folder.path().toStdString()) / "Glyma.store";
+}
+
 } // namespace
 
 std::expected<std::unique_ptr<Desk>, std::string> Desk::make() {
     auto folder = std::make_unique<QTemporaryDir>();
-    auto store = Store::open(std::filesystem::path(folder->path().toStdString()) / "Glyma.store");
+    auto store = Store::open(storeIn(*folder));
     if (!store)
         return std::unexpected(store.error());
     std::unique_ptr<Desk> desk(new Desk(std::move(*store)));
@@ -40,6 +45,10 @@ Desk::Desk(Store store)
                  return isEmoji ? catalogue.randomEmojiPool() : catalogue.randomUnicodeDisplayPool();
              },
              [this] { ++recached; }}) {}
+
+std::filesystem::path Desk::storeFile() const {
+    return storeIn(*folder_);
+}
 
 qt::FontChoice Desk::fontChoice() {
     return {QString::fromStdString(families_.emojiFontFamily()),
@@ -69,6 +78,14 @@ void Desk::open(const std::string& query, const Rect& caret) {
 Rect deviceCaret(const QRect& logical) {
     const auto* screen = QGuiApplication::primaryScreen();
     return qt::deviceRect(logical, screen->geometry().topLeft(), screen->devicePixelRatio());
+}
+
+void chooseFont() {
+    for (const auto* family : {"Inter", "Cantarell", "Noto Sans"})
+        if (QFontDatabase::hasFamily(QLatin1String(family))) {
+            QApplication::setFont(QFont(QLatin1String(family), 10));
+            return;
+        }
 }
 
 void wait(int milliseconds) {

@@ -14,6 +14,7 @@
 #include <QTemporaryDir>
 
 #include <expected>
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -29,10 +30,13 @@ public:
     /// What the monitor does when a query begins.
     void open(const std::string& query, const Rect& caret);
 
+    std::filesystem::path storeFile() const;
+    const ResourceLocator& resources() const { return resources_; }
+    qt::FontChoice fontChoice();
+
 private:
     explicit Desk(Store store);
     bool load();
-    qt::FontChoice fontChoice();
 
     simulated::SimulatedLog sink_;
     simulated::SimulatedSettings settings_;
@@ -66,6 +70,8 @@ public:
     qt::EmojiPickerPanel panel;
 };
 
+/// A font that desktops use, where the virtual display's own default would be a plain one.
+void chooseFont();
 /// A caret given in logical desktop coordinates of the primary screen, in device pixels.
 Rect deviceCaret(const QRect& logical);
 /// Lets events happen.

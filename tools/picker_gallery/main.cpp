@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QCursor>
-#include <QFontDatabase>
 #include <QMouseEvent>
 #include <QPixmap>
 #include <QScreen>
@@ -43,15 +42,6 @@ void press(QWidget& widget, QPoint global) {
     QMouseEvent event(QEvent::MouseButtonPress, local, global, Qt::LeftButton, Qt::LeftButton,
                       Qt::NoModifier);
     QCoreApplication::sendEvent(&widget, &event);
-}
-
-/// A font that desktops use, where the virtual display's own default would be a plain one.
-void chooseFont() {
-    for (const auto* family : {"Inter", "Cantarell", "Noto Sans"})
-        if (QFontDatabase::hasFamily(QLatin1String(family))) {
-            QApplication::setFont(QFont(QLatin1String(family), 10));
-            return;
-        }
 }
 
 void show(Desk& desk, const Backdrop& backdrop, const Scene& scene) {

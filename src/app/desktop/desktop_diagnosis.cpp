@@ -1,7 +1,10 @@
 #include "app/desktop/desktop_diagnosis.h"
 
-#include "platform/linux/atspi/bus_status.h"
+#include "app/permission_diagnosis.h"
+#include "platform/linux/dbus/accessibility_bus.h"
+#include "platform/linux/dbus/single_instance.h"
 #include "platform/linux/x11/connection.h"
+#include "platform/linux/x11/input_monitoring.h"
 #include "platform/linux/x11/probe.h"
 
 #include <QtDBus/QDBusConnection>
@@ -71,20 +74,12 @@ Diagnosis diagnoseCompositor(const x11::Probe& probe) {
             .mend = {}};
 }
 
-Diagnosis diagnoseAccessibility() {
-    const auto status = atspi::busStatus(/*enable=*/false);
-    if (!status.answers)
-        return {.name = "accessibility bus",
-                .state = State::limited,
-                .why = status.error.empty()
-                           ? "does not answer; text goes in through the clipboard, the picker opens at "
-                             "the pointer"
-                           : status.error,
-                .mend = "Install the package at-spi2-core and log in again."};
-    return {.name = "accessibility bus",
-            .state = State::ok,
-            .why = status.isEnabled ? "on" : "off now; the program switches it on when it starts",
-            .mend = {}};
+/// As the running program sees them, which knows more; without one, as it would see them.
+std::vector<Diagnosis> permissions(const x11::Probe& probe) {
+    auto said = diagnosesFromJson(dbus::diagnosisOfRunning().value_or(""));
+    return !said.empty() ? said
+                         : diagnosePermissions(x11::inputMonitoring(probe), dbus::AccessibilityBus::read(),
+                                               std::nullopt);
 }
 
 Diagnosis diagnoseSessionBus(const QDBusConnection& bus) {
@@ -116,14 +111,16 @@ Diagnosis diagnoseTray(const QDBusConnection& bus) {
     return {.name = "tray",
             .state = State::limited,
             .why = "the desktop has none, so the program's icon does not show",
-            .mend = "End the program with \"glyma quit\". On GNOME the extension AppIndicator adds a tray."};
+            .mend = "Start the program again to open its preferences; \"glyma quit\" ends it. On GNOME the "
+                    "extension AppIndicator adds a tray."};
 }
 
 } // namespace
 
 std::vector<Diagnosis> diagnoseDesktop() {
     const auto probe = x11::probe();
-    std::vector<Diagnosis> diagnoses{diagnoseServer(probe)};
+    auto diagnoses = permissions(probe);
+    diagnoses.push_back(diagnoseServer(probe));
     if (probe.isReachable) {
         for (auto& diagnosis : diagnoseExtensions(probe))
             diagnoses.push_back(std::move(diagnosis));
@@ -132,7 +129,6 @@ std::vector<Diagnosis> diagnoseDesktop() {
     }
     const auto bus = QDBusConnection::sessionBus();
     diagnoses.push_back(diagnoseSessionBus(bus));
-    diagnoses.push_back(diagnoseAccessibility());
     if (probe.isReachable)
         diagnoses.push_back(diagnoseTray(bus));
     return diagnoses;

@@ -3,6 +3,7 @@
 #include "app/desktop_request.h"
 #include "app/terminal.h"
 #include "platform/linux/dbus/single_instance.h"
+#include "platform/qt/selection_reader.h"
 
 #include <QCoreApplication>
 
@@ -16,6 +17,32 @@ int quit(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     const auto ended = dbus::quitRunning();
     return ended ? 0 : fail(ended.error());
+}
+
+bool isShownByRunning(const GlymaDesktopRequest& request) {
+    int argc = request.argc;
+    const QCoreApplication application(argc, request.argv);
+    return dbus::showRunningPreferences(request.tab).has_value();
+}
+
+int showPreferences(const GlymaDesktopRequest& request) {
+    return isShownByRunning(request) ? 0 : runDesktop(request.argc, request.argv, request.tab);
+}
+
+int readSelection(const GlymaDesktopRequest& request) {
+    qt::SelectionReader reader("PRIMARY");
+    if (!reader.works())
+        return fail("there is no X server to ask for the selection: DISPLAY is not set or does not answer");
+    if (const auto text = reader.readText())
+        request.receive(request.context, text->data(), text->size());
+    return 0;
+}
+
+int showInfo(const GlymaDesktopRequest& request) {
+    int argc = request.argc;
+    const QCoreApplication application(argc, request.argv);
+    const auto shown = dbus::showInfoInRunning(request.text);
+    return shown ? 0 : fail(shown.error());
 }
 
 int diagnose(const GlymaDesktopRequest& request) {
@@ -38,8 +65,14 @@ extern "C" __attribute__((visibility("default"))) int glymaDesktopMain(const Gly
         return glyma::quit(request->argc, request->argv);
     case glymaDesktopDiagnose:
         return glyma::diagnose(*request);
+    case glymaDesktopPreferences:
+        return glyma::showPreferences(*request);
+    case glymaDesktopSelection:
+        return glyma::readSelection(*request);
+    case glymaDesktopShowInfo:
+        return glyma::showInfo(*request);
     case glymaDesktopRun:
         break;
     }
-    return glyma::runDesktop(request->argc, request->argv);
+    return glyma::runDesktop(request->argc, request->argv, std::nullopt);
 }

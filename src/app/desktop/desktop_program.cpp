@@ -1,8 +1,16 @@
 #include "app/desktop/desktop_program.h"
 
+#include "catalogue/catalogue_files.h"
+#include "app/permission_diagnosis.h"
 #include "app/terminal.h"
+#include "platform/linux/dbus/notification.h"
 
+#include <QApplication>
+#include <QDesktopServices>
+#include <QUrl>
 #include <fmt/format.h>
+
+#include <utility>
 
 namespace glyma {
 
@@ -21,6 +29,15 @@ std::string ownIdentifier(const xdg::DesktopEntries& applications) {
         .identifierFor(
             {.applicationId = "net.quillaby.Glyma", .wmClassInstance = "glyma", .wmClassName = "Glyma"})
         .value_or("glyma");
+}
+
+constexpr Milliseconds timeForTray{5000};
+
+/// Menus are all that the program itself takes the keyboard for, but for the moment of an insertion.
+void closeMenus() {
+    while (auto* menu = QApplication::activePopupWidget())
+        if (!menu->close())
+            return;
 }
 
 qt::FontChoice fontChoice(fonts::FontFamilies& families) {
@@ -51,9 +68,21 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                          [&applications = foundation.applications](const x11::WindowIdentity& window) {
                              return identifierOf(applications, window);
                          })
+    , grabs_(scheduler_)
+    , secureInput_({.scheduler = scheduler_,
+                    .grabs = grabs_,
+                    .processes = processes_,
+                    .focusIsPasswordField = [this] { return accessibility_.focusIsPasswordField(); },
+                    .focusedProcess = [this] { return frontApplications_.current().process; },
+                    .releaseOwnGrabs = closeMenus})
+    , permissions_(inputMonitoring_, accessibilityBus_, secureInput_)
     , tap_({.display = {},
             .report = [this](std::string_view message) { report(message); },
-            .connectionLost = {}})
+            .connectionLost =
+                [this] {
+                    scheduler_.post(
+                        [this] { inputMonitoring_.setObstacle("the connection to the X server was lost"); });
+                }})
     , mouse_(scheduler_)
     , keys_(tap_.link())
     , text_({.scheduler = scheduler_,
@@ -76,6 +105,17 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                    return isEmoji ? catalogue_.randomEmojiPool() : catalogue_.randomUnicodeDisplayPool();
                },
                .recacheSourceFromApp = [this] { text_.recacheSourceFromApp(); }})
+    , characterInfos_(storeFile(foundation.folders.data), foundation.resources)
+    , characterInfoPanel_(appearance_, compositor_, fontChoice(fontFamilies_),
+                          [this] { characterInfo_.closeCharacterInfo(); })
+    , characterInfo_({.infos = characterInfos_,
+                      .text = text_,
+                      .lastSelection = lastSelection_,
+                      .screens = screens_,
+                      .bell = bell_,
+                      .flags = flags_,
+                      .window = characterInfoPanel_,
+                      .mouse = mouse_})
     , monitor_({.tap = tap_,
                 .mouse = mouse_,
                 .scheduler = scheduler_,
@@ -91,10 +131,16 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                 .flags = flags_,
                 .log = foundation.log,
                 .ownIdentifier = ownIdentifier(foundation.applications),
-                .showCharacterInfoForSelection = [] {},
-                .closeCharacterInfo = [] {}})
-    , tray_(std::move(onQuit)) {
-    tap_.setSuppressed([this] { return accessibility_.focusIsPasswordField(); });
+                .showCharacterInfoForSelection = [this] { characterInfo_.showCharacterInfoForSelection(); },
+                .closeCharacterInfo = [this] { characterInfo_.closeCharacterInfo(); }})
+    , delegate_(delegateServices(std::move(onQuit)))
+    , tray_(scheduler_,
+            {.openPreferences = [this](const std::string& tab) { delegate_.openPreferences(tab); },
+             .openUpdatePage = [this] { delegate_.openUpdatePage(); },
+             .quit = [this] { delegate_.quit(); }}) {
+    tap_.setSuppressed([this] { return secureInput_.mustNotListen(); });
+    delegateSubscription_ = delegate_.changed.connect([this] { updateTray(); });
+    preferencesSubscription_ = foundation.preferences.changed.connect([this] { updateTray(); });
     // An application that was never asked before takes its time: ask before the user wants anything.
     frontSubscription_ = frontApplications_.observe(
         [this](const FrontApplication& application) { accessibility_.prepare(application.process); });
@@ -106,25 +152,84 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
 }
 
 DesktopProgram::~DesktopProgram() {
-    monitor_.stop();
+    delegate_.applicationWillTerminate();
+}
+
+AppDelegateServices DesktopProgram::delegateServices(std::function<void()> onQuit) {
+    return {.scheduler = scheduler_,
+            .log = foundation_.log,
+            .preferences = foundation_.preferences,
+            .loginItem = foundation_.loginItem,
+            .catalogue = catalogue_,
+            .permissions = permissions_,
+            .startMonitor = [this] { return startMonitor(); },
+            .stopMonitor = [this] { monitor_.stop(); },
+            .openAddress =
+                [](const std::string& address) {
+                    QDesktopServices::openUrl(QUrl(QString::fromStdString(address)));
+                },
+            .showPreferences = [this](const std::string& tab) { showPreferences(tab); },
+            .quit = std::move(onQuit),
+            .updateHost = GLYMA_UPDATE_HOST,
+            .version = GLYMA_VERSION};
 }
 
 void DesktopProgram::start() {
-    catalogue_.start();
+    updateTray();
     accessibility_.prepare(frontApplications_.current().process);
-    listen();
+    delegate_.applicationDidFinishLaunching();
+    if (const auto& hearing = permissions_.inputMonitoring(); !hearing.isGranted)
+        say(hearing.finding + ". " + hearing.remedy);
     scheduler_.post([this] { window_.warmUp(); });
+    // A session may start its tray after us.
+    trayCheck_ = scheduler_.after(timeForTray, [this] { sayThatNoTrayIsThere(); });
 }
 
-void DesktopProgram::listen() {
-    const auto started = monitor_.start();
-    if (started)
+std::expected<void, std::string> DesktopProgram::startMonitor() {
+    auto started = monitor_.start();
+    inputMonitoring_.setObstacle(started ? std::string() : started.error());
+    if (!started)
+        say(started.error());
+    return started;
+}
+
+/// Once, though it is tried again and again. The log may be the journal, where nobody who starts the program
+/// in a terminal looks.
+void DesktopProgram::say(const std::string& obstacle) {
+    if (std::exchange(said_, obstacle) == obstacle)
         return;
-    tray_.setProblem(QString::fromStdString(started.error()));
-    report(fmt::format("Glyma: ⚠️ typing is not heard: starting the keyboard tap failed — {}",
-                       started.error()));
-    // The log may be the journal, where nobody who starts the program in a terminal looks.
-    fail(started.error());
+    report(
+        fmt::format("Glyma: ⚠️ typing is not heard: starting the keyboard tap failed — {}", obstacle));
+    fail(obstacle);
+}
+
+void DesktopProgram::showPreferences(const std::string& tab) {
+    foundation_.log.debug("Glyma: [prefs] openPreferences {}", tab);
+}
+
+std::string DesktopProgram::diagnosis() const {
+    return diagnosesAsJson(diagnosePermissions(permissions_.inputMonitoring(), permissions_.accessibility(),
+                                               permissions_.secureInput()));
+}
+
+void DesktopProgram::sayThatNoTrayIsThere() {
+    constexpr auto saidKey = "glymaToldAboutMissingTray";
+    if (TrayIcon::isShown() || foundation_.settings.value(saidKey))
+        return;
+    foundation_.settings.set(saidKey, true);
+    dbus::notify(
+        QCoreApplication::translate("glyma::DesktopProgram", "Glyma is running"),
+        QCoreApplication::translate("glyma::DesktopProgram",
+                                    "This desktop has no tray that could show its icon. Start Glyma again to "
+                                    "open its preferences."));
+}
+
+void DesktopProgram::updateTray() {
+    tray_.show({.isImporting = delegate_.isImporting(),
+                .permissionsNeeded = delegate_.permissionsNeeded(),
+                .secureInputBlocked = delegate_.secureInputBlocked(),
+                .menuBarIcon = foundation_.preferences.menuBarIcon(),
+                .triggerCharacter = foundation_.preferences.triggerCharacter()});
 }
 
 void DesktopProgram::report(std::string_view message) {

@@ -1,19 +1,29 @@
 #pragma once
 
+#include "app/app_delegate.h"
+#include "app/desktop/primary_selection.h"
 #include "app/desktop/tray_icon.h"
 #include "app/foundation.h"
 #include "catalogue/unicode_data_manager.h"
+#include "charinfo/character_info_presenter.h"
+#include "charinfo/qt/character_info_panel.h"
 #include "monitor/keyboard_monitor.h"
 #include "monitor/shared_flags.h"
+#include "permissions/permissions.h"
+#include "permissions/secure_input.h"
 #include "picker/emoji_picker_view_model.h"
 #include "picker/qt/emoji_picker_panel.h"
 #include "platform/linux/atspi/atspi_accessibility.h"
+#include "platform/linux/dbus/accessibility_bus.h"
 #include "platform/linux/fonts/font_families.h"
 #include "platform/linux/fonts/fontconfig_coverage.h"
 #include "platform/linux/x11/front_application_tracker.h"
+#include "platform/linux/x11/grab_watch.h"
+#include "platform/linux/x11/input_monitoring.h"
 #include "platform/linux/x11/key_injector.h"
 #include "platform/linux/x11/keyboard_tap.h"
 #include "platform/linux/x11/mouse_monitor.h"
+#include "platform/linux/xdg/proc_processes.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_scheduler.h"
 #include "platform/qt/qt_screens.h"
@@ -36,9 +46,20 @@ public:
 
     /// Loads the catalogue and begins to listen. Where keys cannot be heard the program goes on and says why.
     void start();
+    /// \param tab  the page; empty: the one shown last.
+    void showPreferences(const std::string& tab);
+    CharacterInfoPresenter& characterInfo() { return characterInfo_; }
+    /// What `glyma doctor` is to say of the permissions, as JSON.
+    std::string diagnosis() const;
+    /// The user wants the data gone once the program has ended.
+    bool mustDeleteContainer() const { return delegate_.mustDeleteContainer(); }
 
 private:
-    void listen();
+    AppDelegateServices delegateServices(std::function<void()> onQuit);
+    std::expected<void, std::string> startMonitor();
+    void say(const std::string& obstacle);
+    void sayThatNoTrayIsThere();
+    void updateTray();
     void report(std::string_view message);
 
     Foundation& foundation_;
@@ -54,6 +75,12 @@ private:
     qt::QtClipboard primarySelection_;
     atspi::AtspiAccessibility accessibility_;
     x11::FrontApplicationTracker frontApplications_;
+    x11::GrabWatch grabs_;
+    xdg::ProcProcesses processes_;
+    SecureInputChecker secureInput_;
+    x11::InputMonitoring inputMonitoring_;
+    dbus::AccessibilityBus accessibilityBus_;
+    Permissions permissions_;
     x11::KeyboardTap tap_;
     x11::MouseMonitor mouse_;
     x11::KeyInjector keys_;
@@ -62,10 +89,21 @@ private:
     EmojiPickerViewModel picker_;
     qt::EmojiPickerPanel window_;
     SharedFlags flags_;
+    CharacterInfos characterInfos_;
+    PrimarySelection lastSelection_;
+    qt::Appearance appearance_;
+    qt::CompositorWatch compositor_;
+    qt::CharacterInfoPanel characterInfoPanel_;
+    CharacterInfoPresenter characterInfo_;
     KeyboardMonitor monitor_;
+    AppDelegate delegate_;
     TrayIcon tray_;
+    std::string said_;
     Subscription importSubscription_;
     Subscription frontSubscription_;
+    Subscription delegateSubscription_;
+    Subscription preferencesSubscription_;
+    Subscription trayCheck_;
 };
 
 } // namespace glyma

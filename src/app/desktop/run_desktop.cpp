@@ -1,6 +1,7 @@
 #include "app/desktop/run_desktop.h"
 
 #include "app/command_line.h"
+#include "app/container.h"
 #include "app/desktop/desktop_program.h"
 #include "app/desktop/termination_signals.h"
 #include "app/terminal.h"
@@ -13,12 +14,14 @@
 #include <QApplication>
 #include <fmt/format.h>
 
+#include <memory>
+
 namespace glyma {
 
 namespace {
 
-int tellRunning() {
-    const auto told = dbus::activateRunning();
+int tellRunning(const std::optional<std::string>& tab) {
+    const auto told = tab ? dbus::showRunningPreferences(*tab) : dbus::activateRunning();
     if (!told)
         return fail(told.error());
     fail("Glyma is running already");
@@ -39,7 +42,34 @@ void emptyDebugLog() {
     [[maybe_unused]] const auto ignored = xdg::makeEmptyFile("/tmp/glyma_debug.log", 0600);
 }
 
-int runInstance(Foundation& foundation) {
+/// What other processes ask of the program, which is there while the main loop runs.
+dbus::SingleInstance::Requests requestsFor(std::unique_ptr<DesktopProgram>& program) {
+    return {.activate =
+                [&program] {
+                    if (program)
+                        program->showPreferences({});
+                },
+            .showPreferences =
+                [&program](const std::string& tab) {
+                    if (program)
+                        program->showPreferences(tab);
+                },
+            .showCharacterInfo =
+                [&program](const std::string& text) {
+                    if (program)
+                        program->characterInfo().showCharacterInfo(text);
+                },
+            .showSelectionInfo =
+                [&program] {
+                    if (program)
+                        program->characterInfo().showCharacterInfoForLastSelection();
+                },
+            .quit = [] { QApplication::quit(); },
+            .diagnose = [&program] { return program ? program->diagnosis() : std::string("[]"); }};
+}
+
+int runInstance(Foundation& foundation, std::unique_ptr<DesktopProgram>& program,
+                const std::optional<std::string>& tab) {
     const auto lock = foundation.lockCatalogue();
     if (!lock && lock.error() == xdg::InstanceLock::Failure::held)
         return fail(
@@ -50,14 +80,21 @@ int runInstance(Foundation& foundation) {
     auto store = lifecycle.makeContainer();
     if (!store)
         return fail(store.error());
-    DesktopProgram program(foundation, std::move(*store), [] { QApplication::quit(); });
-    program.start();
-    return QApplication::exec();
+    program = std::make_unique<DesktopProgram>(foundation, std::move(*store), [] { QApplication::quit(); });
+    program->start();
+    if (tab)
+        program->showPreferences(*tab);
+    const int status = QApplication::exec();
+    const bool mustDelete = program->mustDeleteContainer();
+    program.reset();
+    if (mustDelete)
+        removeContainer(foundation.folders);
+    return status;
 }
 
 } // namespace
 
-int runDesktop(int argc, char** argv) {
+int runDesktop(int argc, char** argv, const std::optional<std::string>& tab) {
     // Also in a Wayland session: keys and windows of other applications are reached through X.
     qputenv("QT_QPA_PLATFORM", "xcb");
     // libatspi connects its bus to the default GLib loop before it can be moved to the accessibility thread's
@@ -70,17 +107,18 @@ int runDesktop(int argc, char** argv) {
     const QApplication application(argc, argv);
     prepareApplication();
     const TerminationSignals signals([] { QApplication::quit(); });
-    dbus::SingleInstance instance([] {}, [] { QApplication::quit(); });
+    std::unique_ptr<DesktopProgram> program;
+    dbus::SingleInstance instance(requestsFor(program));
     const auto start = instance.claim();
     if (start == dbus::SingleInstance::Start::alreadyRunning)
-        return tellRunning();
+        return tellRunning(tab);
     emptyDebugLog();
     xdg::JournalLogSink logSink;
     Foundation foundation(logSink);
     if (start == dbus::SingleInstance::Start::noBus)
         foundation.log.write(
             "Glyma: ⚠️ a second start will not find this one: reaching the session bus failed");
-    return runInstance(foundation);
+    return runInstance(foundation, program, tab);
 }
 
 } // namespace glyma

@@ -1,52 +1,77 @@
 #include "app/desktop/tray_icon.h"
 
-#include <QPainter>
-#include <QPixmap>
+#include <QCoreApplication>
+#include <QDBusConnection>
+
+#include <cmath>
 
 namespace glyma {
 
 namespace {
 
-QPixmap drawnIcon(int size) {
-    QPixmap pixmap(size, size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(size / 16.0, size / 16.0);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0x3B, 0x6F, 0xE0));
-    painter.drawRoundedRect(QRectF(0.5, 0.5, 15, 15), 4, 4);
-    painter.setBrush(Qt::white);
-    painter.drawEllipse(QPointF(8, 5), 1.75, 1.75);
-    painter.drawEllipse(QPointF(8, 11), 1.75, 1.75);
-    return pixmap;
+constexpr Milliseconds turnInterval{100};
+constexpr double turnStep = 1.0 / 12;
+
+/// GNOME's panel is dark whatever the windows are.
+bool isPanelDark(const qt::Theme& theme) {
+    return theme.isDark || qgetenv("XDG_CURRENT_DESKTOP").contains("GNOME");
 }
 
 } // namespace
 
-QIcon programIcon() {
-    QIcon icon;
-    for (const int size : {16, 22, 24, 32, 48, 64, 128})
-        icon.addPixmap(drawnIcon(size));
-    return icon;
+TrayIcon::TrayIcon(Scheduler& scheduler, const StatusMenu::Actions& actions)
+    : scheduler_(scheduler)
+    , menu_(actions)
+    , openPreferences_([actions] { actions.openPreferences("general"); })
+    , trays_(QStringLiteral("org.kde.StatusNotifierWatcher"), QDBusConnection::sessionBus(),
+             QDBusServiceWatcher::WatchForRegistration)
+    , appearanceChanged_(appearance_.changed.connect([this] { draw(); })) {
+    make();
+    // Qt decides once for the kind of tray, and the session may start us before it has one.
+    QObject::connect(&trays_, &QDBusServiceWatcher::serviceRegistered, &trays_, [this] { make(); });
 }
 
-TrayIcon::TrayIcon(std::function<void()> onQuit)
-    : problem_(menu_.addAction(QString()))
-    , icon_(programIcon()) {
-    problem_->setEnabled(false);
-    menu_.addSeparator();
-    QObject::connect(menu_.addAction(QStringLiteral("Quit Glyma")), &QAction::triggered, &menu_,
-                     std::move(onQuit));
-    icon_.setContextMenu(&menu_);
-    setProblem({});
-    icon_.show();
+void TrayIcon::make() {
+    icon_ = std::make_unique<QSystemTrayIcon>();
+    icon_->setContextMenu(&menu_);
+    QObject::connect(icon_.get(), &QSystemTrayIcon::activated, icon_.get(),
+                     [this](QSystemTrayIcon::ActivationReason reason) {
+                         if (reason == QSystemTrayIcon::Trigger)
+                             openPreferences_();
+                     });
+    draw();
+    icon_->show();
 }
 
-void TrayIcon::setProblem(const QString& problem) {
-    problem_->setText(problem);
-    problem_->setVisible(!problem.isEmpty());
-    icon_.setToolTip(problem.isEmpty() ? QStringLiteral("Glyma") : QStringLiteral("Glyma: ") + problem);
+void TrayIcon::show(const Status& status) {
+    menu_.setLines(status.isImporting, status.permissionsNeeded, status.secureInputBlocked);
+    if (status == status_)
+        return;
+    status_ = status;
+    turn_ = 0;
+    turning_.reset();
+    if (status.isImporting)
+        turning_ = scheduler_.every(turnInterval, [this] {
+            turn_ = std::fmod(turn_ + turnStep, 1);
+            draw();
+        });
+    draw();
+}
+
+void TrayIcon::draw() {
+    icon_->setIcon(statusIcon(status_, isPanelDark(appearance_.theme()), turn_));
+    icon_->setToolTip(toolTip());
+}
+
+QString TrayIcon::toolTip() const {
+    const auto said = [](const char* text) { return QCoreApplication::translate("glyma::TrayIcon", text); };
+    if (status_.isImporting)
+        return said(QT_TRANSLATE_NOOP("glyma::TrayIcon", "Glyma: importing the library"));
+    if (status_.permissionsNeeded)
+        return said(QT_TRANSLATE_NOOP("glyma::TrayIcon", "Glyma: a permission is missing"));
+    if (status_.secureInputBlocked)
+        return said(QT_TRANSLATE_NOOP("glyma::TrayIcon", "Glyma: Secure Input is on"));
+    return said(QT_TRANSLATE_NOOP("glyma::TrayIcon", "Glyma"));
 }
 
 } // namespace glyma

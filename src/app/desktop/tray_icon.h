@@ -1,29 +1,44 @@
 #pragma once
 
-#include <QIcon>
-#include <QMenu>
+#include "app/desktop/status_icon.h"
+#include "app/desktop/status_menu.h"
+#include "picker/qt/appearance.h"
+#include "platform/scheduler.h"
+#include "platform/subscription.h"
+
+#include <QDBusServiceWatcher>
 #include <QSystemTrayIcon>
 
 #include <functional>
+#include <memory>
 
 namespace glyma {
-
-/// The program's own icon: the trigger's two dots on a coloured tile, so that it shows on light and dark
-/// panels.
-QIcon programIcon();
 
 /// The program's place in the desktop's tray, with its menu. Main thread.
 class TrayIcon {
 public:
-    explicit TrayIcon(std::function<void()> onQuit);
+    /// \param scheduler  outlives the icon.
+    TrayIcon(Scheduler& scheduler, const StatusMenu::Actions& actions);
 
-    /// A line at the top of the menu and the tooltip; empty: everything works.
-    void setProblem(const QString& problem);
+    void show(const Status& status);
+    /// Whether the desktop shows it.
+    static bool isShown() { return QSystemTrayIcon::isSystemTrayAvailable(); }
 
 private:
-    QMenu menu_;
-    QAction* problem_;
-    QSystemTrayIcon icon_;
+    void make();
+    void draw();
+    QString toolTip() const;
+
+    Scheduler& scheduler_;
+    StatusMenu menu_;
+    std::function<void()> openPreferences_;
+    qt::Appearance appearance_;
+    Status status_;
+    double turn_ = 0;
+    std::unique_ptr<QSystemTrayIcon> icon_;
+    QDBusServiceWatcher trays_;
+    Subscription appearanceChanged_;
+    Subscription turning_;
 };
 
 } // namespace glyma

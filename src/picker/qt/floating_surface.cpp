@@ -20,13 +20,13 @@ QRect deviceRectIn(const QWidget& widget, const QRect& logical) {
 } // namespace
 
 FloatingSurface::FloatingSurface(const Appearance& appearance, const CompositorWatch& compositor,
-                                 double radius)
+                                 double radius, Keyboard keyboard)
     : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
-                           Qt::BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus |
-                           Qt::NoDropShadowWindowHint)
+                           Qt::BypassWindowManagerHint | Qt::NoDropShadowWindowHint)
     , appearance_(appearance)
     , compositor_(compositor)
     , radius_(radius) {
+    setWindowFlag(Qt::WindowDoesNotAcceptFocus, keyboard == Keyboard::never);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);

@@ -16,7 +16,11 @@ namespace glyma::qt {
 /// paint; elsewhere the window is opaque, of the panel's size and cut to its shape. Main thread.
 class FloatingSurface : public QWidget {
 public:
-    FloatingSurface(const Appearance& appearance, const CompositorWatch& compositor, double radius);
+    /// Whether it can be given the keyboard. No surface takes it when it is shown or clicked.
+    enum class Keyboard { never, onRequest };
+
+    FloatingSurface(const Appearance& appearance, const CompositorWatch& compositor, double radius,
+                    Keyboard keyboard = Keyboard::never);
 
     /// \param panel    where the panel is, logical desktop coordinates.
     /// \param reserve  the largest it may become while shown; contains `panel`.

@@ -105,6 +105,10 @@ bool Glyphs::canDraw(std::string_view text) {
     });
 }
 
+bool Glyphs::hasFont(std::string_view cluster) {
+    return !fonts_.familyFor || !fonts_.familyFor(cluster).isEmpty();
+}
+
 QFont Glyphs::font(std::string_view text, double size) {
     QFont font = QGuiApplication::font();
     if (const auto chosen = family(text); !chosen.isEmpty()) {

@@ -41,6 +41,8 @@ public:
     QFont font(std::string_view text, double size);
     /// Whether some installed font has all the text's characters.
     bool canDraw(std::string_view text);
+    /// Whether one installed font has all of a grapheme cluster.
+    bool hasFont(std::string_view cluster);
 
 private:
     struct Picture {

@@ -25,11 +25,6 @@ struct Free {
 template<typename Reply>
 using ReplyPointer = std::unique_ptr<Reply, Free>;
 
-xcb_connection_t* connection() {
-    const auto* x11 = qApp ? qApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 ? x11->connection() : nullptr;
-}
-
 xcb_atom_t atom(xcb_connection_t* connection, const char* name) {
     const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
     const ReplyPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr));
@@ -93,6 +88,11 @@ void setCompositorHints(xcb_connection_t* connection, xcb_window_t window, const
 
 } // namespace
 
+xcb_connection_t* x11Connection() {
+    const auto* x11 = qApp ? qApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return x11 ? x11->connection() : nullptr;
+}
+
 CompositorWatch::CompositorWatch() {
     watch();
     update();
@@ -105,7 +105,7 @@ CompositorWatch::~CompositorWatch() {
 }
 
 void CompositorWatch::watch() {
-    auto* x = connection();
+    auto* x = x11Connection();
     if (!x)
         return;
     // Qt shows one X screen, the first, whatever its number of monitors.
@@ -124,7 +124,7 @@ void CompositorWatch::watch() {
 }
 
 void CompositorWatch::update() {
-    auto* x = connection();
+    auto* x = x11Connection();
     if (!x)
         return;
     const ReplyPointer<xcb_get_selection_owner_reply_t> reply(
@@ -168,7 +168,7 @@ std::vector<QRect> roundedStrips(const QRect& rect, double radius) {
 }
 
 void applyShape(const QWidget& widget, const WindowShape& shape) {
-    auto* x = connection();
+    auto* x = x11Connection();
     if (!x || !widget.internalWinId())
         return;
     const auto window = static_cast<xcb_window_t>(widget.internalWinId());

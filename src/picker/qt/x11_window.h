@@ -9,8 +9,12 @@
 #include <vector>
 
 class QWidget;
+struct xcb_connection_t;
 
 namespace glyma::qt {
+
+/// Qt's connection to the X server; null on another platform.
+xcb_connection_t* x11Connection();
 
 /// Knows whether a compositor runs, that is, whether translucent windows are drawn as such. On another
 /// platform than X11 none is assumed. Main thread; needs the application object.

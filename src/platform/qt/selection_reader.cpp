@@ -1,5 +1,6 @@
 #include "platform/qt/selection_reader.h"
 
+#include <QString>
 #include <xcb/xcb.h>
 
 #include <algorithm>
@@ -33,6 +34,10 @@ constexpr unsigned propertyCount = 64;
 /// Thirty-two bit words of property data read at once.
 constexpr std::uint32_t chunkWords = 1U << 20U;
 
+std::string utf8FromLatin1(std::string_view text) {
+    return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())).toStdString();
+}
+
 struct Property {
     std::string data;
     xcb_atom_t type = XCB_ATOM_NONE;
@@ -61,6 +66,7 @@ struct SelectionReader::Connection {
     std::string name(xcb_atom_t atom);
     Property takeProperty();
     std::optional<std::string> convert(xcb_atom_t target, bool& ownerIsSilent);
+    std::vector<xcb_atom_t> readTargets();
     std::optional<std::string> readIncrements();
     template<typename Accept>
     Owned<xcb_generic_event_t> waitFor(Accept accept);
@@ -147,6 +153,20 @@ std::optional<std::string> SelectionReader::Connection::convert(xcb_atom_t targe
     return std::move(content.data);
 }
 
+/// Nothing when the owner is silent. Sets the time that the contents may take.
+std::vector<xcb_atom_t> SelectionReader::Connection::readTargets() {
+    bool ownerIsSilent = false;
+    end = SteadyClock::now() + silenceAllowed;
+    const auto list = convert(targets, ownerIsSilent);
+    if (!list)
+        return {};
+    // One that answers is alive; it may need longer to turn a large picture into a file.
+    end = SteadyClock::now() + totalAllowed;
+    std::vector<xcb_atom_t> result(list->size() / sizeof(xcb_atom_t));
+    std::memcpy(result.data(), list->data(), result.size() * sizeof(xcb_atom_t));
+    return result;
+}
+
 /// The pieces of a value too large for one property, up to the empty piece that ends it.
 std::optional<std::string> SelectionReader::Connection::readIncrements() {
     std::string result;
@@ -178,17 +198,8 @@ bool SelectionReader::works() const {
 ClipboardSnapshot SelectionReader::read() {
     auto& connection = *connection_;
     bool ownerIsSilent = false;
-    connection.end = SteadyClock::now() + silenceAllowed;
-    const auto list = connection.convert(connection.targets, ownerIsSilent);
-    if (!list)
-        return {};
-    // One that answers is alive; it may need longer to turn a large picture into a file.
-    connection.end = SteadyClock::now() + totalAllowed;
-    std::vector<xcb_atom_t> targets(list->size() / sizeof(xcb_atom_t));
-    std::memcpy(targets.data(), list->data(), targets.size() * sizeof(xcb_atom_t));
-
     ClipboardSnapshot result;
-    for (const auto target : targets) {
+    for (const auto target : connection.readTargets()) {
         auto name = connection.name(target);
         if (name.empty() || std::ranges::count(notContents, name) > 0)
             continue;
@@ -198,6 +209,19 @@ ClipboardSnapshot SelectionReader::read() {
             break;
     }
     return result;
+}
+
+std::optional<std::string> SelectionReader::readText() {
+    auto& connection = *connection_;
+    const auto targets = connection.readTargets();
+    const auto has = [&](std::string_view target) {
+        return std::ranges::count(targets, connection.atom(target)) > 0;
+    };
+    bool ownerIsSilent = false;
+    if (has("UTF8_STRING"))
+        return connection.convert(connection.atom("UTF8_STRING"), ownerIsSilent);
+    const auto latin = has("STRING") ? connection.convert(XCB_ATOM_STRING, ownerIsSilent) : std::nullopt;
+    return latin ? std::optional(utf8FromLatin1(*latin)) : std::nullopt;
 }
 
 } // namespace glyma::qt

@@ -4,6 +4,7 @@
 #include "platform/scheduler.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace glyma::qt {
@@ -26,6 +27,9 @@ public:
     /// Every target for which the owner returned data, under its X11 name, in the owner's order. Must not be
     /// called while this process owns the selection and the calling thread serves it.
     ClipboardSnapshot read();
+    /// Its text, UTF-8; absent when the owner has none or does not deliver it within `totalAllowed`. The same
+    /// holds for the owner.
+    std::optional<std::string> readText();
 
 private:
     struct Connection;

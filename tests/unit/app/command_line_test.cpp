@@ -40,6 +40,9 @@ TEST(CommandLine, WrongUseIsToldFromHelp) {
         {{"search", "--nonsense", "x"}, status::wrongUse},
         {{"nonsense"}, status::wrongUse},
         {{"import", "extra"}, status::wrongUse},
+        {{"info", "--limit", "0", "x"}, status::wrongUse},
+        {{"info", "--selection", "x"}, status::wrongUse},
+        {{"info", "--panel", "--json", "x"}, status::wrongUse},
         {{"quit", "doctor"}, status::wrongUse},
         {{"--json"}, status::wrongUse},
     };

@@ -67,6 +67,29 @@ TEST_F(ProgramTest, SearchBuildsTheCatalogueFirstAndAnswersInRankOrder) {
     EXPECT_EQ(run("search").status, 2);
 }
 
+TEST_F(ProgramTest, InfoTellsWhatCharactersAre) {
+    const auto named = run("info --json 'e\u0301\U0001F44D\U0001F3FDa' 'a'");
+    ASSERT_EQ(named.status, 0) << named.complaint;
+    const auto list = json::parse(named.output);
+    ASSERT_EQ(list.size(), 4u);
+    EXPECT_EQ(list[0]["name"], "LATIN SMALL LETTER E + COMBINING ACUTE ACCENT");
+    EXPECT_EQ(list[0]["isEnabled"], nullptr);
+    EXPECT_EQ(list[1]["char"], "\U0001F44D\U0001F3FD");
+    EXPECT_EQ(list[1]["appliedToneName"], "medium skin tone");
+    EXPECT_EQ(list[1]["scalars"][1]["hex"], "U+1F3FD");
+    EXPECT_EQ(list[1]["utf8"], "F0 9F 91 8D F0 9F 8F BD");
+    EXPECT_EQ(list[3]["char"], " ");
+
+    // Nothing that would turn the terminal's text around.
+    const auto override = run("info '\u202E'");
+    EXPECT_THAT(override.output, testing::StartsWith("[RLO]  "));
+    EXPECT_THAT(override.output, testing::Not(HasSubstr("\u202E")));
+    EXPECT_EQ(json::parse(run("info --json </dev/null").output), json::array());
+    EXPECT_EQ(run("info </dev/null").status, 1);
+    EXPECT_EQ(run("info --selection").status, 1) << "there is no display";
+    EXPECT_EQ(run("info --panel x").status, 1) << "no program runs";
+}
+
 TEST_F(ProgramTest, ImportTellsItsPhasesAndForceKeepsWhatWasLearned) {
     const auto first = run("import");
     ASSERT_EQ(first.status, 0) << first.complaint;

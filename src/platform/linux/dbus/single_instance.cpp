@@ -28,14 +28,29 @@ std::expected<QDBusConnection, std::string> busWithRunningProgram() {
     return bus;
 }
 
-std::expected<void, std::string> call(const QDBusConnection& bus, const char* method) {
+std::expected<QVariantList, std::string> call(const QDBusConnection& bus, const char* method,
+                                              const QVariantList& arguments = {}) {
     auto message = QDBusMessage::createMethodCall(serviceName, objectPath, serviceName, method);
+    message.setArguments(arguments);
     message.setAutoStartService(false);
     const auto timeout = static_cast<int>(std::chrono::milliseconds(answerTime).count());
     const auto answer = bus.call(message, QDBus::Block, timeout);
     if (answer.type() == QDBusMessage::ErrorMessage)
         return std::unexpected("the running program does not answer: " + answer.errorMessage().toStdString());
-    return {};
+    return answer.arguments();
+}
+
+std::expected<void, std::string> tell(const QDBusConnection& bus, const char* method,
+                                      const QVariantList& arguments = {}) {
+    const auto answer = call(bus, method, arguments);
+    return answer ? std::expected<void, std::string>() : std::unexpected(answer.error());
+}
+
+const auto noTextError = QStringLiteral("net.quillaby.Glyma.Error.NoText");
+
+bool isEmptyInfoRequest(const QDBusMessage& message) {
+    return message.member() == "ShowCharacterInfo" && message.signature() == "s" &&
+           message.arguments().constFirst().toString().isEmpty();
 }
 
 /// A descriptor of a process, negative when the system gives none.
@@ -52,10 +67,9 @@ bool endsInTime(int process) {
 
 } // namespace
 
-SingleInstance::SingleInstance(std::function<void()> onActivate, std::function<void()> onQuit)
+SingleInstance::SingleInstance(Requests requests)
     : bus_(QDBusConnection::sessionBus())
-    , onActivate_(std::move(onActivate))
-    , onQuit_(std::move(onQuit)) {}
+    , requests_(std::move(requests)) {}
 
 SingleInstance::~SingleInstance() {
     if (!ownsName_)
@@ -87,24 +101,99 @@ QString SingleInstance::introspect(const QString& path) const {
     if (path != objectPath)
         return {};
     return QStringLiteral(
-               "<interface name=\"%1\"><method name=\"Activate\"/><method name=\"Quit\"/></interface>")
-        .arg(QString::fromLatin1(serviceName));
+               "<interface name=\"%1\">"
+               "<method name=\"Activate\"/>"
+               "<method name=\"ShowPreferences\"><arg name=\"tab\" type=\"s\" direction=\"in\"/></method>"
+               "<method name=\"Diagnose\"><arg name=\"json\" type=\"s\" direction=\"out\"/></method>"
+               "<method name=\"ShowCharacterInfo\"><arg name=\"text\" type=\"s\" direction=\"in\"/></method>"
+               "<method name=\"Quit\"/>"
+               "</interface>"
+               "<interface name=\"%2\">"
+               "<method name=\"Activate\"><arg name=\"platform_data\" type=\"a{sv}\" "
+               "direction=\"in\"/></method>"
+               "<method name=\"Open\"><arg name=\"uris\" type=\"as\" direction=\"in\"/>"
+               "<arg name=\"platform_data\" type=\"a{sv}\" direction=\"in\"/></method>"
+               "<method name=\"ActivateAction\"><arg name=\"action_name\" type=\"s\" direction=\"in\"/>"
+               "<arg name=\"parameter\" type=\"av\" direction=\"in\"/>"
+               "<arg name=\"platform_data\" type=\"a{sv}\" direction=\"in\"/></method>"
+               "</interface>")
+        .arg(QString::fromLatin1(serviceName), QString::fromLatin1(applicationInterface));
+}
+
+std::function<void()> SingleInstance::jobFor(const QDBusMessage& message) const {
+    const auto arguments = message.arguments();
+    const auto method = message.member();
+    if (method == "Activate" && message.signature().isEmpty())
+        return requests_.activate;
+    if (method == "Quit" && message.signature().isEmpty())
+        return requests_.quit;
+    if (method == "ShowPreferences" && message.signature() == "s")
+        return [this, tab = arguments[0].toString().toStdString()] { requests_.showPreferences(tab); };
+    if (method == "ShowCharacterInfo" && message.signature() == "s")
+        return [this, text = arguments[0].toString().toStdString()] { requests_.showCharacterInfo(text); };
+    return nullptr;
+}
+
+/// https://specifications.freedesktop.org/desktop-entry-spec: "D-Bus Activation". The actions are those of
+/// the desktop entry.
+std::function<void()> SingleInstance::jobOfApplication(const QDBusMessage& message) const {
+    const auto method = message.member();
+    if ((method == "Activate" && message.signature() == "a{sv}") ||
+        (method == "Open" && message.signature() == "asa{sv}"))
+        return requests_.activate;
+    if (method != "ActivateAction" || message.signature() != "sava{sv}")
+        return nullptr;
+    const auto action = message.arguments().constFirst().toString();
+    if (action == "preferences")
+        return [this] { requests_.showPreferences({}); };
+    if (action == "character-information")
+        return requests_.showSelectionInfo;
+    if (action == "quit")
+        return requests_.quit;
+    return nullptr;
 }
 
 bool SingleInstance::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
-    if (message.path() != objectPath || message.interface() != serviceName || !message.arguments().isEmpty())
+    if (message.path() != objectPath)
         return false;
-    const auto& action = message.member() == "Activate" ? onActivate_ : onQuit_;
-    if (message.member() != "Activate" && message.member() != "Quit")
+    const bool isForApplication = message.interface() == applicationInterface;
+    if (!isForApplication && message.interface() != serviceName)
+        return false;
+    if (isEmptyInfoRequest(message))
+        return connection.send(
+            message.createErrorReply(noTextError, QStringLiteral("No text was selected.")));
+    if (message.member() == "Diagnose" && message.signature().isEmpty())
+        return connection.send(message.createReply(QString::fromStdString(requests_.diagnose())));
+    const auto job = isForApplication ? jobOfApplication(message) : jobFor(message);
+    if (!job)
         return false;
     connection.send(message.createReply());
-    action();
+    job();
     return true;
 }
 
 std::expected<void, std::string> activateRunning() {
     const auto bus = busWithRunningProgram();
-    return bus ? call(*bus, "Activate") : std::unexpected(bus.error());
+    return bus ? tell(*bus, "Activate") : std::unexpected(bus.error());
+}
+
+std::expected<void, std::string> showRunningPreferences(const std::string& tab) {
+    const auto bus = busWithRunningProgram();
+    return bus ? tell(*bus, "ShowPreferences", {QString::fromStdString(tab)}) : std::unexpected(bus.error());
+}
+
+std::expected<void, std::string> showInfoInRunning(const std::string& text) {
+    const auto bus = busWithRunningProgram();
+    return bus ? tell(*bus, "ShowCharacterInfo", {QString::fromStdString(text)})
+               : std::unexpected(bus.error());
+}
+
+std::optional<std::string> diagnosisOfRunning() {
+    const auto bus = busWithRunningProgram();
+    const auto answer = bus ? call(*bus, "Diagnose") : std::unexpected(bus.error());
+    if (!answer || answer->isEmpty())
+        return std::nullopt;
+    return answer->constFirst().toString().toStdString();
 }
 
 std::expected<void, std::string> quitRunning() {
@@ -113,7 +202,7 @@ std::expected<void, std::string> quitRunning() {
         return std::unexpected(bus.error());
     const QDBusReply<uint> process = bus->interface()->servicePid(serviceName);
     const int descriptor = process.isValid() ? descriptorOf(process.value()) : -1;
-    const auto told = call(*bus, "Quit");
+    const auto told = tell(*bus, "Quit");
     const bool ended = !told || descriptor < 0 || endsInTime(descriptor);
     if (descriptor >= 0)
         ::close(descriptor);

@@ -207,4 +207,19 @@ std::optional<std::uint16_t> codeOfActingKeysym(xkb_keysym_t keysym) {
     return found ? std::optional(found->code) : std::nullopt;
 }
 
+std::uint16_t codeOfPress(xcb_keycode_t key, xkb_keysym_t keysym) {
+    if (const auto acting = codeOfActingKeysym(keysym))
+        return *acting;
+    const auto byPlace = codeAtPosition(key);
+    // A key that acts elsewhere but types here has been given another meaning (an Escape that types a grave).
+    const bool isGivenAway =
+        codeOfActingKeysym(americanKeysym(byPlace)) && xkb_keysym_to_utf32(keysym) >= U' ';
+    return isGivenAway ? keycode::unknown : byPlace;
+}
+
+std::string textOfKeysym(xkb_keysym_t keysym) {
+    std::array<char, 16> buffer{};
+    return xkb_keysym_to_utf8(keysym, buffer.data(), buffer.size()) > 0 ? buffer.data() : std::string();
+}
+
 } // namespace glyma::x11

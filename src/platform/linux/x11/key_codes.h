@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace glyma::x11 {
 
@@ -23,5 +24,11 @@ xkb_keysym_t americanKeysym(std::uint16_t code);
 /// what it does; absent for every other keysym. The keypad's second meanings are their counterparts: KP_Up is
 /// Up.
 std::optional<std::uint16_t> codeOfActingKeysym(xkb_keysym_t keysym);
+
+/// The canonical code of a key that gives this keysym now: what it does when it acts, else where it is.
+std::uint16_t codeOfPress(xcb_keycode_t key, xkb_keysym_t keysym);
+
+/// What the keysym types, UTF-8; empty for one that types nothing.
+std::string textOfKeysym(xkb_keysym_t keysym);
 
 } // namespace glyma::x11

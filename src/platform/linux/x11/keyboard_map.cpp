@@ -66,13 +66,7 @@ xkb_keycode_t KeyboardMap::lastKey() const {
 std::uint16_t KeyboardMap::code(xkb_keycode_t key, ModifierMask modifiers, xkb_layout_index_t layout) const {
     xkb_state_update_mask(probe_.get(), modifiers, 0, 0, 0, 0, layout);
     const auto keysym = xkb_state_key_get_one_sym(probe_.get(), key);
-    if (const auto acting = codeOfActingKeysym(keysym))
-        return *acting;
-    const auto byPlace = codeAtPosition(static_cast<xcb_keycode_t>(key));
-    // A key that acts elsewhere but types here has been given another meaning (an Escape that types a grave).
-    const bool isGivenAway =
-        codeOfActingKeysym(americanKeysym(byPlace)) && xkb_keysym_to_utf32(keysym) >= U' ';
-    return isGivenAway ? keycode::unknown : byPlace;
+    return codeOfPress(static_cast<xcb_keycode_t>(key), keysym);
 }
 
 std::uint64_t KeyboardMap::flags(ModifierMask modifiers) const {

@@ -41,27 +41,36 @@ void addRemarks(Probe& probe) {
 
 } // namespace
 
-Probe probe(const std::string& display) {
+Probe unreachable(const std::string& display) {
     Probe probe;
     const char* const fromEnvironment = std::getenv("DISPLAY");
     probe.display = !display.empty() ? display : fromEnvironment ? fromEnvironment : "";
-    const auto connection = Connection::open(display);
-    if (!connection) {
-        probe.problems.push_back(connection.error());
-        return probe;
-    }
+    return probe;
+}
+
+Probe probe(const Connection& connection, const std::string& display) {
+    auto probe = unreachable(display);
     probe.isReachable = true;
-    probe.xinput = negotiateXInput(*connection);
-    probe.hasXTest = hasXTest(*connection);
-    probe.hasXkb = negotiateXkb(*connection);
-    probe.hasRecord = connection->extension(xcb_record_id) != nullptr;
-    probe.hasCompositor = isOwned(*connection, fmt::format("_NET_WM_CM_S{}", connection->screenNumber()));
-    probe.isXwayland = hasExtensionNamed(*connection, "XWAYLAND");
-    probe.windowManager = WindowReader(*connection).windowManagerName();
-    if (auto complete = checkRequirements(*connection); !complete)
+    probe.xinput = negotiateXInput(connection);
+    probe.hasXTest = hasXTest(connection);
+    probe.hasXkb = negotiateXkb(connection);
+    probe.hasRecord = connection.extension(xcb_record_id) != nullptr;
+    probe.hasCompositor = isOwned(connection, fmt::format("_NET_WM_CM_S{}", connection.screenNumber()));
+    probe.isXwayland = hasExtensionNamed(connection, "XWAYLAND");
+    probe.windowManager = WindowReader(connection).windowManagerName();
+    if (auto complete = checkRequirements(connection); !complete)
         probe.problems.push_back(complete.error());
     addRemarks(probe);
     return probe;
+}
+
+Probe probe(const std::string& display) {
+    const auto connection = Connection::open(display);
+    if (connection)
+        return probe(*connection, display);
+    auto nothing = unreachable(display);
+    nothing.problems.push_back(connection.error());
+    return nothing;
 }
 
 } // namespace glyma::x11

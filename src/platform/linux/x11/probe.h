@@ -31,5 +31,9 @@ struct Probe {
 
 /// \param display  empty: the value of DISPLAY. Any thread.
 Probe probe(const std::string& display = {});
+/// Over a connection that is open already. \param display  what it was opened with.
+Probe probe(const Connection& connection, const std::string& display);
+/// Of a display that does not answer, without asking it.
+Probe unreachable(const std::string& display);
 
 } // namespace glyma::x11

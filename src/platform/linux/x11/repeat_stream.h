@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/x11/connection.h"
+#include "platform/linux/x11/record_stream.h"
 
 #include <bitset>
 #include <functional>
@@ -15,18 +15,16 @@ public:
     /// Absent when the server has no RECORD extension: held keys then count once.
     static std::optional<RepeatStream> open(const std::string& display);
 
-    int descriptor() const { return connection_.descriptor(); }
+    int descriptor() const { return stream_.descriptor(); }
     /// \return whether anything came.
     bool drain(const std::function<void(xcb_keycode_t)>& repeated);
 
 private:
-    RepeatStream(Connection connection, unsigned sequence)
-        : connection_(std::move(connection))
-        , sequence_(sequence) {}
+    explicit RepeatStream(RecordStream stream)
+        : stream_(std::move(stream)) {}
     void handle(const xcb_key_press_event_t& event, const std::function<void(xcb_keycode_t)>& repeated);
 
-    Connection connection_;
-    unsigned sequence_;
+    RecordStream stream_;
     std::bitset<256> down_;
 };
 

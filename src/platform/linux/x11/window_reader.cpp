@@ -1,8 +1,11 @@
 #include "platform/linux/x11/window_reader.h"
 
-#include <xcb/res.h>
+#include "platform/linux/x11/client_process.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
+#include <unistd.h>
 
 namespace glyma::x11 {
 
@@ -54,12 +57,12 @@ std::string WindowReader::windowManagerName() const {
 xcb_window_t WindowReader::activeWindow() const {
     if (const auto active = number(connection_.root(), activeWindowAtom_); active != XCB_WINDOW_NONE)
         return active;
-    if (hasWindowManager())
-        return XCB_WINDOW_NONE;
     const auto focus = connection_.focus();
-    return focus <= XCB_INPUT_FOCUS_FOLLOW_KEYBOARD || focus == connection_.root()
-               ? static_cast<xcb_window_t>(XCB_WINDOW_NONE)
-               : topLevelOf(focus);
+    if (focus <= XCB_INPUT_FOCUS_FOLLOW_KEYBOARD || focus == connection_.root())
+        return XCB_WINDOW_NONE;
+    // A window manager says that none is active while one has the focus that it does not manage.
+    return hasWindowManager() && process(focus) != ::getpid() ? static_cast<xcb_window_t>(XCB_WINDOW_NONE)
+                                                              : topLevelOf(focus);
 }
 
 /// The first window upwards that names its class; frames and inner windows do not.
@@ -98,18 +101,16 @@ WindowIdentity WindowReader::identity(xcb_window_t window) const {
 pid_t WindowReader::process(xcb_window_t window) const {
     if (const auto said = number(window, processAtom_); said != 0)
         return static_cast<pid_t>(said);
-    if (!connection_.extension(xcb_res_id))
-        return 0;
-    const xcb_res_client_id_spec_t spec{.client = window, .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    const auto cookie = xcb_res_query_client_ids(connection_.get(), 1, &spec);
-    const auto reply = owned(xcb_res_query_client_ids_reply(connection_.get(), cookie, nullptr));
-    if (!reply)
-        return 0;
-    for (auto ids = xcb_res_query_client_ids_ids_iterator(reply.get()); ids.rem > 0;
-         xcb_res_client_id_value_next(&ids))
-        if (xcb_res_client_id_value_value_length(ids.data) > 0)
-            return static_cast<pid_t>(*xcb_res_client_id_value_value(ids.data));
-    return 0;
+    return clientProcess(connection_, window);
+}
+
+bool WindowReader::isMenu(xcb_window_t window) const {
+    // https://specifications.freedesktop.org/wm-spec: windows that are shown for as long as a choice is open.
+    constexpr std::array kinds{"POPUP_MENU", "DROPDOWN_MENU", "MENU", "COMBO"};
+    const auto type = number(window, connection_.atom("_NET_WM_WINDOW_TYPE"));
+    return type != XCB_ATOM_NONE && std::ranges::any_of(kinds, [&](const char* kind) {
+               return type == connection_.atom(std::string("_NET_WM_WINDOW_TYPE_") + kind);
+           });
 }
 
 } // namespace glyma::x11

@@ -23,13 +23,15 @@ class WindowReader {
 public:
     explicit WindowReader(const Connection& connection);
 
-    /// The active window by the window manager's word, else the top-level window that has the focus;
-    /// XCB_WINDOW_NONE when there is none.
+    /// The active window by the window manager's word, else the top-level window that has the focus: any
+    /// without a window manager, ours that it does not manage with one. XCB_WINDOW_NONE when there is none.
     xcb_window_t activeWindow() const;
     bool exists(xcb_window_t window) const;
     WindowIdentity identity(xcb_window_t window) const;
     /// 0 when unknown.
     pid_t process(xcb_window_t window) const;
+    /// It is a menu or a drop-down list, by its own word.
+    bool isMenu(xcb_window_t window) const;
     std::string windowManagerName() const;
     bool hasWindowManager() const { return windowManagerWindow() != XCB_WINDOW_NONE; }
     xcb_atom_t activeWindowAtom() const { return activeWindowAtom_; }

@@ -21,21 +21,23 @@ bool AutostartLoginItem::isEnabled() const {
 
 std::expected<void, std::string> AutostartLoginItem::enable() {
     if (executable_.empty())
-        return std::unexpected("the program does not know where it is installed");
+        return std::unexpected(
+            "Glyma cannot be started at login: it does not know where it is installed. Install "
+            "it again.");
+    const auto text = entryText();
+    constexpr std::size_t sizeLimit = 64 * 1024;
+    if (const auto present = readFile(file_, sizeLimit); present && *present == text)
+        return {};
     if (const auto made = makePrivateFolder(file_.parent_path()); !made)
-        return std::unexpected(fmt::format("{}: {}", file_.parent_path().string(), made.error().message()));
-    const auto text = fmt::format("[Desktop Entry]\n"
-                                  "Type=Application\n"
-                                  "Name=Glyma\n"
-                                  "Comment=Type any emoji, symbol or snippet into any application\n"
-                                  "Exec={}\n"
-                                  "Icon=glyma\n"
-                                  "Terminal=false\n"
-                                  "StartupNotify=false\n"
-                                  "X-GNOME-Autostart-enabled=true\n",
-                                  quotedForExec(executable_.string()));
+        return std::unexpected(fmt::format(
+            "Glyma cannot be started at login: the folder {} cannot be made ({}). Check the permissions "
+            "of the folder that it belongs in.",
+            file_.parent_path().string(), made.error().message()));
     if (const auto replaced = replaceFile(file_, text, 0644); !replaced)
-        return std::unexpected(fmt::format("{}: {}", file_.string(), replaced.error().message()));
+        return std::unexpected(fmt::format(
+            "Glyma cannot be started at login: {} cannot be written ({}). Make its folder writable, and "
+            "see that the disk is not full.",
+            file_.string(), replaced.error().message()));
     return {};
 }
 
@@ -43,8 +45,23 @@ std::expected<void, std::string> AutostartLoginItem::disable() {
     std::error_code error;
     fs::remove(file_, error);
     if (error)
-        return std::unexpected(fmt::format("{}: {}", file_.string(), error.message()));
+        return std::unexpected(fmt::format(
+            "Glyma is still started at login: {} cannot be removed ({}). Make its folder writable.",
+            file_.string(), error.message()));
     return {};
+}
+
+std::string AutostartLoginItem::entryText() const {
+    return fmt::format("[Desktop Entry]\n"
+                       "Type=Application\n"
+                       "Name=Glyma\n"
+                       "Comment=Type any emoji, symbol or snippet into any application\n"
+                       "Exec={}\n"
+                       "Icon=glyma\n"
+                       "Terminal=false\n"
+                       "StartupNotify=false\n"
+                       "X-GNOME-Autostart-enabled=true\n",
+                       quotedForExec(executable_.string()));
 }
 
 } // namespace glyma::xdg

@@ -3,6 +3,7 @@
 #include "platform/login_item.h"
 
 #include <filesystem>
+#include <string>
 
 namespace glyma::xdg {
 
@@ -18,6 +19,8 @@ public:
     std::expected<void, std::string> disable() override;
 
 private:
+    std::string entryText() const;
+
     std::filesystem::path file_;
     std::filesystem::path executable_;
 };

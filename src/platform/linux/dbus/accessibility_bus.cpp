@@ -1,0 +1,122 @@
+#include "platform/linux/dbus/accessibility_bus.h"
+
+#include <QtDBus/QDBusPendingCallWatcher>
+#include <QtDBus/QDBusVariant>
+
+namespace glyma::dbus {
+
+namespace {
+
+const QString service = QStringLiteral("org.a11y.Bus");
+const QString path = QStringLiteral("/org/a11y/bus");
+const QString properties = QStringLiteral("org.freedesktop.DBus.Properties");
+const QString status = QStringLiteral("org.a11y.Status");
+const QString isEnabled = QStringLiteral("IsEnabled");
+constexpr int answerMilliseconds = 1000;
+
+QDBusMessage call(const QString& method, const QVariantList& arguments) {
+    auto message = QDBusMessage::createMethodCall(service, path, properties, method);
+    message.setArguments(arguments);
+    return message;
+}
+
+Permission withoutBus() {
+    return {.isGranted = false,
+            .finding = "there is no session bus, through which applications are asked for their text",
+            .remedy = "Start the desktop session through dbus-run-session, or install dbus-user-session."};
+}
+
+Permission permissionOf(bool isOn) {
+    if (isOn)
+        return {
+            .isGranted = true, .finding = "the accessibility bus answers and is switched on", .remedy = {}};
+    return {.isGranted = false,
+            .finding = "the accessibility bus is switched off",
+            .remedy = "Glyma switches it on when it starts; its preferences do so on the page Permissions.",
+            .canBeObtained = true};
+}
+
+Permission permissionOf(const QDBusMessage& answer) {
+    if (answer.type() == QDBusMessage::ReplyMessage && !answer.arguments().isEmpty())
+        return permissionOf(answer.arguments().constFirst().value<QDBusVariant>().variant().toBool());
+    return {.isGranted = false,
+            .finding = "the accessibility bus does not answer: " + answer.errorMessage().toStdString(),
+            .remedy = "Install the package at-spi2-core, then log out and in again."};
+}
+
+} // namespace
+
+AccessibilityBus::AccessibilityBus()
+    : bus_(QDBusConnection::sessionBus())
+    , owner_(service, bus_, QDBusServiceWatcher::WatchForOwnerChange)
+    , current_(permissionOf(true)) {
+    if (!bus_.isConnected()) {
+        current_ = withoutBus();
+        return;
+    }
+    bus_.connect(service, path, properties, QStringLiteral("PropertiesChanged"), this,
+                 SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
+    connect(&owner_, &QDBusServiceWatcher::serviceOwnerChanged, this, [this] { ask(); });
+    ask();
+}
+
+void AccessibilityBus::check() {
+    if (!current_.isGranted)
+        ask();
+}
+
+void AccessibilityBus::ask() {
+    if (!bus_.isConnected())
+        return set(withoutBus());
+    auto* watcher = new QDBusPendingCallWatcher(
+        bus_.asyncCall(call(QStringLiteral("Get"), {status, isEnabled}), answerMilliseconds), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        set(permissionOf(watcher->reply()));
+    });
+}
+
+void AccessibilityBus::obtain() {
+    if (!bus_.isConnected())
+        return;
+    auto* watcher = new QDBusPendingCallWatcher(
+        bus_.asyncCall(call(QStringLiteral("Set"),
+                            {status, isEnabled, QVariant::fromValue(QDBusVariant(QVariant(true)))}),
+                       answerMilliseconds),
+        this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        ask();
+    });
+}
+
+void AccessibilityBus::propertiesChanged(const QString& interface, const QVariantMap& values,
+                                         const QStringList& invalidated) {
+    if (interface != status)
+        return;
+    if (values.contains(isEnabled))
+        set(permissionOf(values.value(isEnabled).toBool()));
+    else if (invalidated.contains(isEnabled))
+        ask();
+}
+
+void AccessibilityBus::set(const Permission& permission) {
+    if (current_ == permission)
+        return;
+    current_ = permission;
+    changed_.emit();
+}
+
+Subscription AccessibilityBus::observe(std::function<void()> callback) {
+    return changed_.connect(std::move(callback));
+}
+
+Permission AccessibilityBus::read() {
+    const auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return withoutBus();
+    return permissionOf(
+        bus.call(call(QStringLiteral("Get"), {status, isEnabled}), QDBus::Block, answerMilliseconds));
+}
+
+} // namespace glyma::dbus
