@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing of the Debian packages for the purposes named; asks nothing, does nothing when all is there.
 #
-#   tools/install-dependencies.sh [build] [run] [demo] [test] [bench] [lint] [pictures]
+#   tools/install-dependencies.sh [build] [run] [demo] [test] [bench] [lint] [pictures] [package]
 set -euo pipefail
 
 build=(
@@ -19,6 +19,7 @@ demo=(
 test=(chromium clang-format featherpad firefox-esr gnome-text-editor libgmock-dev libgtest-dev xterm)
 bench=(fzf libxcb-damage0-dev sqlite3)
 lint=(clang-tidy-16)
+package=(appstream desktop-file-utils dpkg-dev file lintian man-db)
 pictures=(fonts-inter picom)
 
 wanted=()

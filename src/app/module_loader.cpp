@@ -9,7 +9,7 @@
 namespace glyma {
 
 std::expected<void*, std::string> loadModule(const std::string& name, const char* entryPoint) {
-    const auto file = (xdg::executablePath().parent_path() / "../lib/glyma" / ("libglyma-" + name + ".so"))
+    const auto file = (xdg::executablePath().parent_path() / "../lib/glyma/modules" / ("libglyma-" + name + ".so"))
                           .lexically_normal();
     void* const module = ::dlopen(file.c_str(), RTLD_LAZY | RTLD_LOCAL);
     if (!module)
