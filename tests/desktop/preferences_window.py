@@ -57,6 +57,8 @@ class PreferencesWindow:
         return [child for child in map(element.get_child_at_index, range(element.get_child_count())) if child]
 
     def _walk(self, element):
+        # What scrolls into view says nothing of it.
+        element.clear_cache()
         if not element.get_state_set().contains(self.atspi.StateType.SHOWING):
             return
         yield element
