@@ -56,9 +56,8 @@ std::vector<Element> documents(AtspiAccessible* window, Conversation& ask) {
 
 bool isEmbedded(AtspiAccessible* document, Conversation& ask) {
     const Element parent(ask.ask(atspi_accessible_get_parent, document).value_or(nullptr));
-    return parent &&
-           ask.ask(atspi_accessible_get_role, parent.get()).value_or(ATSPI_ROLE_INVALID) ==
-               ATSPI_ROLE_INTERNAL_FRAME;
+    return parent && ask.ask(atspi_accessible_get_role, parent.get()).value_or(ATSPI_ROLE_INVALID) ==
+                         ATSPI_ROLE_INTERNAL_FRAME;
 }
 
 std::string addressOf(AtspiAccessible* element, Conversation& ask) {
