@@ -1,6 +1,7 @@
 #!/bin/sh
-# Makes the pictures of the picker and of the character information under docs/images: a virtual display of its own,
-# with a compositor, a make-believe desktop. Usage: tools/screenshots.sh [PICKER_GALLERY] [FOLDER]
+# Makes the pictures of the picker, of the character information, of the icon in the tray and of the preferences under
+# docs/images: virtual displays of its own, with a compositor for panels and a window manager for windows.
+# Usage: tools/screenshots.sh [PICKER_GALLERY] [FOLDER]
 # Without arguments it installs what is missing and builds the gallery first.
 set -eu
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -11,7 +12,7 @@ if [ $# -eq 0 ]; then
     cd "$root"
     tools/install-dependencies.sh build run demo pictures
     cmake --preset release >/dev/null
-    cmake --build build/release --target picker_gallery info_gallery
+    cmake --build build/release --target picker_gallery info_gallery preferences_gallery tray_gallery
 fi
 
 scratch=$(mktemp -d)
@@ -86,3 +87,34 @@ start_compositor
 export QT_SCALE_FACTOR=1.5
 shoot results results-150-percent
 shoot_info 150-percent 100,60 "👩‍🚀1️⃣🇩🇪"
+
+QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=2 "$(dirname "$gallery")/tray_gallery" "$folder"
+
+# shoot_preferences SCENE [SUFFIX]: with both palettes.
+shoot_preferences() {
+    for theme in light dark; do
+        GLYMA_THEME=$theme "$(dirname "$gallery")/preferences_gallery" --scene "$1" \
+            --output "$folder/preferences-$1${2:-}-$theme.png"
+    done
+}
+
+# start_window_manager
+start_window_manager() {
+    openbox >"$scratch/openbox.log" 2>&1 &
+    running="$running $!"
+    sleep 1
+}
+
+export QT_SCALE_FACTOR=1
+start_display 1280x1000
+start_window_manager
+for scene in general general-refused exclusions exclusions-application exclusions-website library library-importing \
+    replacements replacement-new permissions permissions-missing advanced advanced-delete debug secure-input-unknown \
+    secure-input-running secure-input-system secure-input-stale secure-input-self; do
+    shoot_preferences "$scene"
+done
+
+export QT_SCALE_FACTOR=2
+start_display 2400x2000
+start_window_manager
+shoot_preferences general -200-percent

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "catalogue/catalogue_index.h"
+#include "catalogue/catalogue_texts.h"
+#include "catalogue/enabled_changes.h"
 #include "catalogue/lazy_rest.h"
 #include "catalogue/learned_terms.h"
 #include "catalogue/popularity.h"
@@ -21,12 +23,15 @@ namespace glyma {
 /// The manager's state; its work is spread over manager_*.cpp. Main thread.
 struct UnicodeDataManager::Implementation {
     Implementation(UnicodeDataManager& manager, CatalogueServices catalogueServices, Store openStore);
+    ~Implementation();
 
     // manager_index.cpp
     void loadAllEmojis();
     void loadTermSelections();
     void reloadEnabledBlocks();
     std::expected<void, std::string> loadKeyworded();
+    void adoptKeyworded(std::shared_ptr<const SearchSection> section,
+                        std::shared_ptr<const SearchSection> restSection);
     std::expected<void, std::string> loadPersonal();
     UseByEntry usesOfKeyworded() const;
     void writeImageInBackground();
@@ -51,6 +56,19 @@ struct UnicodeDataManager::Implementation {
     TermSelection learnTerm(const std::string& character, const std::string& query);
     void setUse(const EntryUse& use);
 
+    // manager_enabled.cpp
+    struct EnabledTexts {
+        std::shared_ptr<const SearchSection> keyworded;
+        std::set<std::string, std::less<>> enabledBlockNames;
+    };
+    void setEnabled(EnabledChange change);
+    void storeEnabledInBackground();
+    /// Background threads.
+    static std::expected<EnabledTexts, std::string>
+    storeAndRead(const std::filesystem::path& file, EnabledChanges& changes, const Popularity& popularity);
+    void finishStoringEnabled(std::uint64_t storedCount,
+                              const std::expected<EnabledTexts, std::string>& loaded);
+
     // manager_random.cpp
     std::string pickRandom(bool isEmoji);
     std::vector<std::string> randomUnicodePool() const;
@@ -68,6 +86,9 @@ struct UnicodeDataManager::Implementation {
     ReplacementUsage replacementUsage;
     LearnedTerms terms;
     std::set<std::string, std::less<>> enabledBlockNames;
+    std::shared_ptr<EnabledChanges> enabledChanges = std::make_shared<EnabledChanges>();
+    std::uint64_t enabledChangeCount = 0;
+    bool isStoringEnabled = false;
 
     std::shared_ptr<const SearchSection> keyworded = std::make_shared<SearchSection>();
     std::vector<EmojiEntry> personal; ///< without present use, which is in the index

@@ -30,22 +30,26 @@ void UnicodeDataManager::Implementation::loadAllEmojis() {
 }
 
 std::expected<void, std::string> UnicodeDataManager::Implementation::loadKeyworded() {
-    std::shared_ptr<const SearchSection> restSection;
     if (auto image = currentImage(store.file(), services.resources)) {
-        keyworded = image->keyworded;
-        restSection = image->rest;
-    } else {
-        auto rows = readKeyworded(store, *popularity);
-        if (!rows)
-            return std::unexpected(rows.error());
-        keyworded = *std::move(rows);
+        adoptKeyworded(image->keyworded, image->rest);
+        return {};
     }
+    auto rows = readKeyworded(store, *popularity);
+    if (!rows)
+        return std::unexpected(rows.error());
+    adoptKeyworded(*std::move(rows), nullptr);
+    return {};
+}
+
+/// \param restSection  null when it is still to be read.
+void UnicodeDataManager::Implementation::adoptKeyworded(std::shared_ptr<const SearchSection> section,
+                                                        std::shared_ptr<const SearchSection> restSection) {
+    keyworded = std::move(section);
     rest = std::make_shared<LazyRest>(store.file(), restSection);
     personal.clear();
     rebuildIndex(usesOfKeyworded(), restSection);
     if (!restSection)
         writeImageInBackground();
-    return {};
 }
 
 UseByEntry UnicodeDataManager::Implementation::usesOfKeyworded() const {

@@ -11,6 +11,11 @@ UnicodeDataManager::Implementation::Implementation(UnicodeDataManager& manager,
     , store(std::move(openStore))
     , random(services.randomSeed ? *services.randomSeed : std::random_device()()) {}
 
+UnicodeDataManager::Implementation::~Implementation() {
+    if (!enabledChanges->empty())
+        (void)enabledChanges->storeInto(store);
+}
+
 UnicodeDataManager::UnicodeDataManager(CatalogueServices services, Store store)
     : implementation_(std::make_unique<Implementation>(*this, services, std::move(store))) {}
 UnicodeDataManager::~UnicodeDataManager() = default;
@@ -84,15 +89,29 @@ void UnicodeDataManager::clearRandomPickHistory(bool isEmoji) {
 }
 
 std::vector<UnicodeBlock> UnicodeDataManager::allBlocks() const {
-    return implementation_->store.blocks().value_or(std::vector<UnicodeBlock>{});
+    auto blocks = implementation_->store.blocks().value_or(std::vector<UnicodeBlock>{});
+    implementation_->enabledChanges->applyTo(blocks);
+    return blocks;
+}
+
+std::map<std::string, std::int64_t> UnicodeDataManager::enabledCounts() const {
+    return implementation_->store.enabledCounts().value_or(std::map<std::string, std::int64_t>{});
 }
 
 std::vector<UnicodeChar> UnicodeDataManager::charactersInBlock(const std::string& blockName) const {
-    return implementation_->store.charactersInBlock(blockName).value_or(std::vector<UnicodeChar>{});
+    auto characters =
+        implementation_->store.charactersInBlock(blockName).value_or(std::vector<UnicodeChar>{});
+    implementation_->enabledChanges->applyTo(characters);
+    return characters;
 }
 
 void UnicodeDataManager::setBlockCharactersEnabled(const std::string& blockName, bool enabled) {
-    (void)implementation_->store.setCharactersEnabled(blockName, enabled);
+    implementation_->setEnabled({blockName, enabled, std::nullopt, enabled});
+}
+
+void UnicodeDataManager::setCharactersEnabled(const std::string& blockName, bool isBlockEnabled,
+                                              std::vector<std::string> characters, bool enabled) {
+    implementation_->setEnabled({blockName, isBlockEnabled, std::move(characters), enabled});
 }
 
 } // namespace glyma

@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <expected>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -100,10 +101,19 @@ public:
     std::vector<RandomPick> randomPickHistory(bool isEmoji) const;
     void clearRandomPickHistory(bool isEmoji);
 
-    // Blocks, for the preferences
+    // Blocks, for the preferences. What was switched counts at once; it is stored in the background, in the
+    // order of the calls, and then searches follow. What cannot be stored is tried again with the next
+    // change, and when the manager goes.
+    /// By name.
     std::vector<UnicodeBlock> allBlocks() const;
+    /// By block name: how many of its characters the store has switched on; blocks without any are absent.
+    std::map<std::string, std::int64_t> enabledCounts() const;
+    /// By name, switched on or not.
     std::vector<UnicodeChar> charactersInBlock(const std::string& blockName) const;
+    /// Switches the block with all its characters.
     void setBlockCharactersEnabled(const std::string& blockName, bool enabled);
+    void setCharactersEnabled(const std::string& blockName, bool isBlockEnabled,
+                              std::vector<std::string> characters, bool enabled);
 
 private:
     struct Implementation;

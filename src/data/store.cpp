@@ -3,6 +3,7 @@
 #include "data/store_implementation.h"
 #include "data/store_rows.h"
 #include "data/store_schema.h"
+#include "unicode/collation.h"
 
 #include <nlohmann/json.hpp>
 
@@ -24,10 +25,29 @@ CharacterRow readRow(const StoreQuery& query) {
             .lastUsed = query.time(8)};
 }
 
+/// \param stored  the JSON array; its texts joined with "," are keywordsRaw.
+std::vector<std::string> readKeywords(std::string_view stored, std::string_view keywordsRaw) {
+    // Parsing is most of reading a block, and splitting enough where every comma separates and nothing is
+    // escaped.
+    constexpr std::size_t brackets = 4, separator = 3; // [""] and ","
+    const auto commas = static_cast<std::size_t>(std::ranges::count(keywordsRaw, ','));
+    if (stored.find('\\') != stored.npos ||
+        stored.size() != brackets + keywordsRaw.size() + commas * (separator - 1))
+        return nlohmann::json::parse(stored).get<std::vector<std::string>>();
+    std::vector<std::string> keywords;
+    keywords.reserve(commas + 1);
+    for (std::size_t start = 0; start <= keywordsRaw.size();) {
+        const auto end = std::min(keywordsRaw.find(',', start), keywordsRaw.size());
+        keywords.emplace_back(keywordsRaw.substr(start, end - start));
+        start = end + 1;
+    }
+    return keywords;
+}
+
 UnicodeChar readCharacter(const StoreQuery& query) {
     return {.character = query.string(0),
             .name = query.string(1),
-            .keywords = nlohmann::json::parse(query.text(2)).get<std::vector<std::string>>(),
+            .keywords = readKeywords(query.text(2), query.text(3)),
             .keywordsRaw = query.string(3),
             .searchBagOfWords = query.string(4),
             .unicodeBlock = query.string(5),
@@ -237,7 +257,18 @@ Store::Result<std::vector<UnicodeChar>> Store::charactersInBlock(std::string_vie
             connection,
             "SELECT char, name, keywords, keywordsRaw, searchBagOfWords, unicodeBlock, usageCount, "
             "lastUsed, isEnabled FROM UnicodeChar WHERE unicodeBlock = ? ORDER BY id");
-        return inNameOrder(readAll(query.with(blockName), readCharacter));
+        auto records = readAll(query.with(blockName), readCharacter);
+        if (!idsFollowNames(connection))
+            return inNameOrder(std::move(records));
+        // In two runs, those with keywords first.
+        const auto plain = std::ranges::partition_point(
+            records, [](const UnicodeChar& record) { return !record.keywordsRaw.empty(); });
+        const unicode::Collator collator;
+        std::ranges::inplace_merge(
+            records, plain,
+            [&](const std::string& left, const std::string& right) { return collator.less(left, right); },
+            &UnicodeChar::name);
+        return records;
     });
 }
 
@@ -269,6 +300,18 @@ Store::Result<std::set<std::string, std::less<>>> Store::enabledBlockNames() con
         for (StoreQuery query(connection, "SELECT name FROM UnicodeBlock WHERE isEnabled = 1"); query.step();)
             names.insert(query.string(0));
         return names;
+    });
+}
+
+Store::Result<std::map<std::string, std::int64_t>> Store::enabledCounts() const {
+    auto& connection = *implementation_->connection;
+    return connection.attempt([&] {
+        std::map<std::string, std::int64_t> counts;
+        for (StoreQuery query(connection, "SELECT unicodeBlock, count(*) FROM UnicodeChar "
+                                          "WHERE +isEnabled = 1 GROUP BY unicodeBlock");
+             query.step();)
+            counts.emplace(query.string(0), query.integer(1));
+        return counts;
     });
 }
 

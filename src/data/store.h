@@ -7,6 +7,7 @@
 #include <expected>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -80,6 +81,8 @@ public:
     Result<std::vector<UnicodeChar>> usedCharacters() const;
     Result<std::vector<UnicodeBlock>> blocks() const;
     Result<std::set<std::string, std::less<>>> enabledBlockNames() const;
+    /// By block name: how many of its characters are switched on; blocks without any are absent.
+    Result<std::map<std::string, std::int64_t>> enabledCounts() const;
     Result<std::vector<TermSelection>> termSelections() const;
     Result<std::optional<TermSelection>> termSelection(std::string_view id) const;
 

@@ -4,6 +4,10 @@
 #include "app/permission_diagnosis.h"
 #include "app/terminal.h"
 #include "platform/linux/dbus/notification.h"
+#include "platform/linux/x11/activate_window.h"
+#include "platform/linux/x11/key_codes.h"
+#include "platform/linux/x11/tray_colors.h"
+#include "preferences/qt/preferences_pages.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -47,6 +51,12 @@ qt::FontChoice fontChoice(fonts::FontFamilies& families) {
             }};
 }
 
+/// \param scanCode, keysym  those of Qt's X11 platform: an X key code and a keysym.
+qt::PressedKey pressedKey(std::uint32_t scanCode, std::uint32_t keysym) {
+    return {.keyCode = x11::codeOfPress(static_cast<xcb_keycode_t>(scanCode), keysym),
+            .characters = x11::textOfKeysym(keysym)};
+}
+
 } // namespace
 
 DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::function<void()> onQuit)
@@ -64,6 +74,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
     , clipboard_(QClipboard::Clipboard)
     , primarySelection_(QClipboard::Selection)
     , accessibility_({.enableBus = true, .warn = [this](std::string_view why) { report(why); }})
+    , textElements_(accessibility_, [this]() -> bool { return flags_.isTestFieldFocused; })
     , frontApplications_(scheduler_,
                          [&applications = foundation.applications](const x11::WindowIdentity& window) {
                              return identifierOf(applications, window);
@@ -86,7 +97,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
     , mouse_(scheduler_)
     , keys_(tap_.link())
     , text_({.scheduler = scheduler_,
-             .accessibility = accessibility_,
+             .accessibility = textElements_,
              .clipboard = clipboard_,
              .keys = keys_,
              .frontApplications = frontApplications_,
@@ -137,7 +148,16 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
     , tray_(scheduler_,
             {.openPreferences = [this](const std::string& tab) { delegate_.openPreferences(tab); },
              .openUpdatePage = [this] { delegate_.openUpdatePage(); },
-             .quit = [this] { delegate_.quit(); }}) {
+             .quit = [this] { delegate_.quit(); }},
+            [this] {
+                const auto* const connection = inputMonitoring_.connection();
+                return connection ? x11::isTrayDark(*connection) : std::nullopt;
+            })
+    , preferences_({.settings = foundation.settings,
+                    .debug = foundation.debug,
+                    .log = foundation.log,
+                    .activate = [](WId window) { x11::activateWindow(static_cast<xcb_window_t>(window)); }},
+                   preferencesPages()) {
     tap_.setSuppressed([this] { return secureInput_.mustNotListen(); });
     delegateSubscription_ = delegate_.changed.connect([this] { updateTray(); });
     preferencesSubscription_ = foundation.preferences.changed.connect([this] { updateTray(); });
@@ -174,6 +194,25 @@ AppDelegateServices DesktopProgram::delegateServices(std::function<void()> onQui
             .version = GLYMA_VERSION};
 }
 
+std::vector<qt::PreferencesPage> DesktopProgram::preferencesPages() {
+    return qt::makePreferencesPages({.preferences = foundation_.preferences,
+                                     .debug = foundation_.debug,
+                                     .catalogue = catalogue_,
+                                     .permissions = permissions_,
+                                     .program = delegate_,
+                                     .recorder = {.flags = flags_, .bell = bell_, .identify = pressedKey},
+                                     .exclusions = {.preferences = foundation_.preferences,
+                                                    .applications = foundation_.applications,
+                                                    .pages = accessibility_,
+                                                    .scheduler = scheduler_},
+                                     .library = {.catalogue = catalogue_,
+                                                 .infos = characterInfos_,
+                                                 .preferences = foundation_.preferences,
+                                                 .flags = flags_,
+                                                 .fonts = fontChoice(fontFamilies_)},
+                                     .version = QStringLiteral(GLYMA_VERSION)});
+}
+
 void DesktopProgram::start() {
     updateTray();
     accessibility_.prepare(frontApplications_.current().process);
@@ -204,7 +243,10 @@ void DesktopProgram::say(const std::string& obstacle) {
 }
 
 void DesktopProgram::showPreferences(const std::string& tab) {
-    foundation_.log.debug("Glyma: [prefs] openPreferences {}", tab);
+    if (tab.empty())
+        preferences_.show();
+    else
+        preferences_.show(tab);
 }
 
 std::string DesktopProgram::diagnosis() const {

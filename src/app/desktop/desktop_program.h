@@ -24,9 +24,11 @@
 #include "platform/linux/x11/keyboard_tap.h"
 #include "platform/linux/x11/mouse_monitor.h"
 #include "platform/linux/xdg/proc_processes.h"
+#include "platform/qt/own_text_field.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_scheduler.h"
 #include "platform/qt/qt_screens.h"
+#include "preferences/qt/preferences_window.h"
 #include "text/text_inserter.h"
 
 #include <functional>
@@ -56,6 +58,7 @@ public:
 
 private:
     AppDelegateServices delegateServices(std::function<void()> onQuit);
+    std::vector<qt::PreferencesPage> preferencesPages();
     std::expected<void, std::string> startMonitor();
     void say(const std::string& obstacle);
     void sayThatNoTrayIsThere();
@@ -74,6 +77,7 @@ private:
     qt::QtClipboard clipboard_;
     qt::QtClipboard primarySelection_;
     atspi::AtspiAccessibility accessibility_;
+    qt::WithOwnTextField textElements_;
     x11::FrontApplicationTracker frontApplications_;
     x11::GrabWatch grabs_;
     xdg::ProcProcesses processes_;
@@ -98,6 +102,7 @@ private:
     KeyboardMonitor monitor_;
     AppDelegate delegate_;
     TrayIcon tray_;
+    qt::PreferencesWindow preferences_;
     std::string said_;
     Subscription importSubscription_;
     Subscription frontSubscription_;

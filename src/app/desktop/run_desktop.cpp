@@ -31,7 +31,6 @@ int tellRunning(const std::optional<std::string>& tab) {
 void prepareApplication() {
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName(QStringLiteral("glyma"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Glyma"));
     QApplication::setApplicationVersion(QStringLiteral(GLYMA_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("net.quillaby.Glyma"));
     QApplication::setWindowIcon(programIcon());

@@ -4,6 +4,7 @@
 #include <QDBusConnection>
 
 #include <cmath>
+#include <utility>
 
 namespace glyma {
 
@@ -12,17 +13,14 @@ namespace {
 constexpr Milliseconds turnInterval{100};
 constexpr double turnStep = 1.0 / 12;
 
-/// GNOME's panel is dark whatever the windows are.
-bool isPanelDark(const qt::Theme& theme) {
-    return theme.isDark || qgetenv("XDG_CURRENT_DESKTOP").contains("GNOME");
-}
-
 } // namespace
 
-TrayIcon::TrayIcon(Scheduler& scheduler, const StatusMenu::Actions& actions)
+TrayIcon::TrayIcon(Scheduler& scheduler, const StatusMenu::Actions& actions,
+                   std::function<std::optional<bool>()> isPanelDark)
     : scheduler_(scheduler)
     , menu_(actions)
     , openPreferences_([actions] { actions.openPreferences("general"); })
+    , panelSaysDark_(std::move(isPanelDark))
     , trays_(QStringLiteral("org.kde.StatusNotifierWatcher"), QDBusConnection::sessionBus(),
              QDBusServiceWatcher::WatchForRegistration)
     , appearanceChanged_(appearance_.changed.connect([this] { draw(); })) {
@@ -59,8 +57,15 @@ void TrayIcon::show(const Status& status) {
 }
 
 void TrayIcon::draw() {
-    icon_->setIcon(statusIcon(status_, isPanelDark(appearance_.theme()), turn_));
+    icon_->setIcon(statusIcon(status_, isPanelDark(), turn_));
     icon_->setToolTip(toolTip());
+}
+
+bool TrayIcon::isPanelDark() const {
+    if (const auto said = panelSaysDark_())
+        return *said;
+    // GNOME's panel is dark whatever the windows are.
+    return appearance_.theme().isDark || qgetenv("XDG_CURRENT_DESKTOP").contains("GNOME");
 }
 
 QString TrayIcon::toolTip() const {

@@ -4,6 +4,7 @@
 #include "platform/installed_applications.h"
 #include "platform/log_sink.h"
 #include "platform/login_item.h"
+#include "platform/open_pages.h"
 #include "platform/screens.h"
 #include "platform/settings_store.h"
 
@@ -100,7 +101,30 @@ private:
 class SimulatedInstalledApplications : public InstalledApplications {
 public:
     bool isInstalled(std::string_view identifier) const override { return identifiers.contains(identifier); }
+    std::optional<InstalledApplication> find(std::string_view identifier) const override {
+        if (!isInstalled(identifier))
+            return std::nullopt;
+        const auto details = known.find(identifier);
+        return details != known.end()
+                   ? details->second
+                   : InstalledApplication{std::string(identifier), std::string(identifier), ""};
+    }
+    std::vector<InstalledApplication> withWindows() const override {
+        std::vector<InstalledApplication> applications;
+        for (const auto& identifier : identifiers)
+            applications.push_back(*find(identifier));
+        return applications;
+    }
     std::set<std::string, std::less<>> identifiers;
+    /// How those present themselves; one that is not here by its identifier.
+    std::map<std::string, InstalledApplication, std::less<>> known;
+};
+
+/// Browsers that tell their pages at once.
+class SimulatedOpenPages : public OpenPages {
+public:
+    void find(std::function<void(std::vector<std::string>)> onFound) override { onFound(addresses); }
+    std::vector<std::string> addresses;
 };
 
 /// Fonts that draw everything but what is named here.

@@ -200,9 +200,83 @@ TEST_F(Manager, ResultsStayAsTheyWereWhenTheCatalogueChanges) {
     PickerItems kept;
     manager_->search("smile", [&](const PickerItems& items, bool) { kept = items; });
     manager_->setBlockCharactersEnabled("Emoticons", false);
-    manager_->loadAllEmojis();
+    clock_.advance(1s);
     ASSERT_EQ(kept.size(), 1u);
     EXPECT_EQ(identity(kept[0]), "😀");
+    EXPECT_THAT(finalIdentities("smile"), IsEmpty());
+}
+
+// --- Switching
+
+/// Whether each character of the block is switched on.
+std::vector<bool> enabledIn(const UnicodeDataManager& manager, const std::string& block) {
+    std::vector<bool> enabled;
+    for (const auto& character : manager.charactersInBlock(block))
+        enabled.push_back(character.isEnabled);
+    return enabled;
+}
+
+const std::string pictographs = "Miscellaneous Symbols and Pictographs"; // 🔥 and 👍
+
+TEST_F(Manager, SwitchedCharactersCountAtOnceAndAreFoundOnceStored) {
+    manager_->recordUsage("€", "");
+    manager_->setCharactersEnabled(pictographs, true, {"🔥"}, false);
+    manager_->setBlockCharactersEnabled("Currency Symbols", false);
+    EXPECT_THAT(enabledIn(*manager_, pictographs), ElementsAre(false, true));
+    EXPECT_THAT(enabledIn(*manager_, "Currency Symbols"), ElementsAre(false));
+    EXPECT_THAT(finalIdentities("hot"), IsEmpty()); // lets the background run
+    EXPECT_THAT(finalIdentities("euro"), IsEmpty());
+    manager_->setCharactersEnabled(pictographs, true, {"🔥"}, true);
+    manager_->setBlockCharactersEnabled("Currency Symbols", true);
+    clock_.advance(1s);
+    EXPECT_THAT(finalIdentities("hot"), ElementsAre("🔥"));
+    EXPECT_THAT(finalIdentities("euro"), ElementsAre("€"));
+    startManager();
+    EXPECT_THAT(finalIdentities("hot"), ElementsAre("🔥"));
+    EXPECT_EQ(infoOf("euro", "€").cacheBonus, 150) << "what was learned outlives the switching";
+}
+
+TEST_F(Manager, LastBlockSwitchedOffLeavesTheFirstPhaseFinal) {
+    manager_->setBlockCharactersEnabled("Emoticons", false);
+    clock_.advance(1s);
+    EXPECT_THAT(search("heart"), SizeIs(1));
+    manager_->setBlockCharactersEnabled("Emoticons", true);
+    clock_.advance(1s);
+    EXPECT_THAT(search("heart"), SizeIs(2));
+}
+
+TEST_F(Manager, SwitchingsStoreInTheirOrderWhileOneIsBeingStored) {
+    clock_.setTaskDuration(100ms);
+    for (const bool enabled : {false, true, false, true, false}) {
+        manager_->setCharactersEnabled(pictographs, enabled, {"🔥", "👍"}, enabled);
+        clock_.advance(30ms);
+    }
+    clock_.advance(1s);
+    EXPECT_THAT(finalIdentities("hot"), IsEmpty());
+    startManager();
+    EXPECT_THAT(enabledIn(*manager_, pictographs), ElementsAre(false, false));
+}
+
+TEST_F(Manager, WhatWasSwitchedIsStoredWhenTheProgramEndsFirst) {
+    manager_->setCharactersEnabled(pictographs, true, {"🔥"}, false);
+    manager_.reset();
+    startManager();
+    EXPECT_THAT(enabledIn(*manager_, pictographs), ElementsAre(false, true));
+}
+
+TEST_F(Manager, SwitchingThatCannotBeStoredIsStoredWithTheNext) {
+    std::filesystem::rename(storeFile(), folder_ / "elsewhere");
+    std::filesystem::create_directory(storeFile()); // no second connection opens
+    manager_->setCharactersEnabled(pictographs, true, {"🔥"}, false);
+    clock_.advance(1s);
+    EXPECT_THAT(enabledIn(*manager_, pictographs), ElementsAre(false, true));
+    EXPECT_THAT(logLines("⚠️ storing what was switched"), SizeIs(1));
+    EXPECT_THAT(finalIdentities("hot"), ElementsAre("🔥"));
+    std::filesystem::remove(storeFile());
+    std::filesystem::rename(folder_ / "elsewhere", storeFile());
+    manager_->setCharactersEnabled("Emoticons", false, {"😀"}, false);
+    clock_.advance(1s);
+    EXPECT_THAT(finalIdentities("hot"), IsEmpty());
     EXPECT_THAT(finalIdentities("smile"), IsEmpty());
 }
 
@@ -219,10 +293,10 @@ TEST_F(Manager, ImageGivesTheSameCatalogueAsTheStore) {
 
 TEST_F(Manager, ImageOlderThanTheStoreIsNotUsed) {
     search("heart");
-    manager_->setBlockCharactersEnabled("Miscellaneous Symbols", false);
+    auto store = Store::open(storeFile());
+    ASSERT_TRUE(store->setCharactersEnabled("Miscellaneous Symbols", false));
     manager_->loadAllEmojis();
     EXPECT_THAT(finalIdentities("heart"), ElementsAre("❤️"));
-    auto store = Store::open(storeFile());
     ASSERT_TRUE(store->insertCharacters(
         std::vector{makeUnicodeChar("♡", "WHITE HEART SUIT", {}, "Miscellaneous Symbols")}));
     manager_->loadAllEmojis();

@@ -181,13 +181,13 @@ TEST_F(UserPreferencesTest, ExcludesByDefaultTheInstalledOnesInOrder) {
 
 TEST_F(UserPreferencesTest, StartAtLoginMirrorsTheSession) {
     auto preferences = load();
-    preferences.setStartAtLogin(true);
+    EXPECT_TRUE(preferences.setStartAtLogin(true).has_value());
     EXPECT_TRUE(loginItem.enabled);
     EXPECT_TRUE(load().startAtLogin());
 
     debug.setDebugLogsEnabled(true);
     loginItem.refusal = "the disk is full";
-    preferences.setStartAtLogin(false);
+    EXPECT_EQ(preferences.setStartAtLogin(false).error(), "the disk is full");
     EXPECT_TRUE(preferences.startAtLogin()) << "the session still starts it";
     EXPECT_THAT(sink.lines(), testing::Each("Glyma: login item toggle failed — the disk is full"));
     EXPECT_THAT(sink.lines(), testing::SizeIs(2)) << "tried again once, not for ever";

@@ -1,5 +1,6 @@
 #include "platform/linux/atspi/atspi_accessibility.h"
 
+#include "platform/linux/atspi/page_search.h"
 #include "platform/linux/atspi/roles.h"
 #include "platform/linux/atspi/session.h"
 #include "platform/linux/atspi/text_element.h"
@@ -111,6 +112,12 @@ void AtspiAccessibility::prepare(pid_t process) {
     if (process > 0 && process != getpid() && !session_->isAbsent())
         session_->worker().post(
             [session = session_.get(), process] { session->prepare(process, prepareAttempts); });
+}
+
+void AtspiAccessibility::find(std::function<void(std::vector<std::string>)> onFound) {
+    session_->worker().post([session = session_.get(), onFound = std::move(onFound)] {
+        onFound(session->isAbsent() ? std::vector<std::string>() : pageAddresses());
+    });
 }
 
 BusStatus AtspiAccessibility::status() const {

@@ -2,6 +2,7 @@
 
 #include "platform/accessibility.h"
 #include "platform/linux/atspi/bus_status.h"
+#include "platform/open_pages.h"
 #include "platform/scheduler.h"
 
 #include <functional>
@@ -14,7 +15,7 @@ class Conversation;
 
 /// Text elements of the applications on the accessibility bus. Any thread may ask; one thread of its own
 /// talks to the bus. Without a bus everything answers `failed` at once.
-class AtspiAccessibility : public Accessibility {
+class AtspiAccessibility : public Accessibility, public OpenPages {
 public:
     struct Options {
         /// Switches the bus on for the session when it is off.
@@ -36,6 +37,8 @@ public:
                                    const AttributeValue& value) override;
     bool isAttributeSettable(const ElementReference& element, std::string_view name) override;
     Result<ElementReference> elementAtPosition(const ElementReference& root, Point point) override;
+
+    void find(std::function<void(std::vector<std::string> addresses)> onFound) override;
 
     /// Whether the element that has the focus hides what is typed. Never waits.
     bool focusIsPasswordField() const;

@@ -61,6 +61,9 @@ Permission InputMonitoring::current() const {
 }
 
 void InputMonitoring::check() {
+    // A connection is known to be broken once it was read from.
+    while (connection_ && connection_->pollEvent()) {
+    }
     if (connection_ && !connection_->isBroken())
         return;
     const auto before = current();

@@ -25,6 +25,8 @@ public:
     void obtain() override {}
     [[nodiscard]] Subscription observe(std::function<void()> callback) override;
 
+    /// One that is open, for other questions; null when the server does not answer.
+    const Connection* connection() const { return connection_ ? &*connection_ : nullptr; }
     /// What keeps the tap from running although the server has everything, in sentences; empty: nothing.
     void setObstacle(const std::string& obstacle);
 

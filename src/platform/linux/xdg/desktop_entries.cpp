@@ -56,31 +56,53 @@ std::string withoutSuffix(const std::string& id) {
     return id.ends_with(suffix) ? id.substr(0, id.size() - suffix.size()) : id;
 }
 
+InstalledApplication application(const std::string& id, const DesktopEntry& entry) {
+    return {.identifier = id, .name = entry.name.empty() ? id : entry.name, .icon = entry.icon};
+}
+
 template<typename Map>
-std::optional<std::string> find(const Map& map, const std::string& key) {
+std::optional<std::string> valueOf(const Map& map, const std::string& key) {
     const auto place = map.find(key);
     return !key.empty() && place != map.end() ? std::optional(place->second) : std::nullopt;
 }
 
 } // namespace
 
-DesktopEntries::DesktopEntries(const std::vector<fs::path>& dataFolders, const std::string& searchPath)
-    : searchPath_(splitPath(searchPath)) {
+DesktopEntries::DesktopEntries(const std::vector<fs::path>& dataFolders, const std::string& searchPath,
+                               std::string_view locale)
+    : searchPath_(splitPath(searchPath))
+    , languages_(languagesOf(locale)) {
     for (const auto& folder : dataFolders)
         applicationFolders_.push_back(folder / "applications");
 }
 
 bool DesktopEntries::isInstalled(std::string_view identifier) const {
+    return find(identifier).has_value();
+}
+
+std::optional<InstalledApplication> DesktopEntries::find(std::string_view identifier) const {
     if (identifier.empty() || identifier.find('/') != std::string_view::npos)
-        return false;
+        return std::nullopt;
     for (const auto& folder : applicationFolders_)
-        if (const auto file = fileOf(folder, identifier))
-            return startable(*file).has_value();
-    return false;
+        if (const auto file = fileOf(folder, identifier)) {
+            const auto entry = startable(*file);
+            return entry ? std::optional(application(std::string(identifier), *entry)) : std::nullopt;
+        }
+    return std::nullopt;
+}
+
+std::vector<InstalledApplication> DesktopEntries::withWindows() const {
+    std::vector<InstalledApplication> applications;
+    visit([&](const std::string& id, const DesktopEntry& entry) {
+        // What runs in a terminal has the terminal's windows.
+        if (entry.isShown && !entry.needsTerminal)
+            applications.push_back(application(id, entry));
+    });
+    return applications;
 }
 
 std::optional<DesktopEntry> DesktopEntries::startable(const fs::path& file) const {
-    auto entry = readDesktopEntry(file);
+    auto entry = readDesktopEntry(file, languages_);
     const bool canStart = entry && entry->type == "Application" && !entry->isHidden &&
                           (entry->tryExec.empty() || isProgram(entry->tryExec));
     return canStart ? entry : std::nullopt;
@@ -108,19 +130,19 @@ std::optional<std::string> DesktopEntries::indexed(const WindowIdentity& window)
         index_ = buildIndex();
     // Web applications of a browser differ in the instance only, so it comes first; but the user may choose
     // it (xterm -name), so beyond exact equality the name counts more.
-    if (auto id = find(index_->byWindowClass, window.wmClassInstance))
+    if (auto id = valueOf(index_->byWindowClass, window.wmClassInstance))
         return id;
-    if (auto id = find(index_->byWindowClass, window.wmClassName))
+    if (auto id = valueOf(index_->byWindowClass, window.wmClassName))
         return id;
-    if (auto id = find(index_->byLowerCaseWindowClass, lowerCase(window.wmClassName)))
+    if (auto id = valueOf(index_->byLowerCaseWindowClass, lowerCase(window.wmClassName)))
         return id;
     auto name = lowerCase(window.wmClassName);
-    if (auto id = find(index_->byLowerCaseId, name))
+    if (auto id = valueOf(index_->byLowerCaseId, name))
         return id;
     std::ranges::replace(name, ' ', '-');
-    if (auto id = find(index_->byLowerCaseId, name))
+    if (auto id = valueOf(index_->byLowerCaseId, name))
         return id;
-    return find(index_->byLowerCaseId, lowerCase(window.wmClassInstance));
+    return valueOf(index_->byLowerCaseId, lowerCase(window.wmClassInstance));
 }
 
 bool DesktopEntries::isCurrent(const Index& index) {
@@ -130,38 +152,43 @@ bool DesktopEntries::isCurrent(const Index& index) {
     });
 }
 
-DesktopEntries::Index DesktopEntries::buildIndex() const {
-    Index index;
-    // Of several entries with one window class, one that menus show comes before one that they do not.
-    std::map<std::string, std::string, std::less<>> hiddenByWindowClass;
+DesktopEntries::FolderTimes DesktopEntries::visit(const Visitor& visitor) const {
+    FolderTimes folders;
     std::set<std::string> seen;
-    const auto visitFile = [&](const fs::path& folder, const fs::path& file) {
-        const auto id = idOf(folder, file);
-        const auto entry = seen.insert(id).second ? startable(file) : std::nullopt;
-        if (!entry)
-            return;
-        index.byLowerCaseId.emplace(lowerCase(id), id);
-        if (!entry->startupWindowClass.empty())
-            (entry->isShown ? index.byWindowClass : hiddenByWindowClass)
-                .emplace(entry->startupWindowClass, id);
-    };
     for (const auto& folder : applicationFolders_) {
         std::error_code error;
-        index.folders.emplace_back(folder, fs::last_write_time(folder, error));
+        folders.emplace_back(folder, fs::last_write_time(folder, error));
         std::vector<fs::path> files;
         constexpr auto options = fs::directory_options::skip_permission_denied;
         for (fs::recursive_directory_iterator place(folder, options, error), end; !error && place != end;
              place.increment(error)) {
             std::error_code ignored;
             if (place->is_directory(ignored))
-                index.folders.emplace_back(place->path(), fs::last_write_time(place->path(), ignored));
+                folders.emplace_back(place->path(), fs::last_write_time(place->path(), ignored));
             else if (place->path().extension() == suffix)
                 files.push_back(place->path());
         }
         std::ranges::sort(files);
-        for (const auto& file : files)
-            visitFile(folder, file);
+        for (const auto& file : files) {
+            const auto id = idOf(folder, file);
+            if (!seen.insert(id).second)
+                continue;
+            if (const auto entry = startable(file))
+                visitor(id, *entry);
+        }
     }
+    return folders;
+}
+
+DesktopEntries::Index DesktopEntries::buildIndex() const {
+    Index index;
+    // Of several entries with one window class, one that menus show comes before one that they do not.
+    std::map<std::string, std::string, std::less<>> hiddenByWindowClass;
+    index.folders = visit([&](const std::string& id, const DesktopEntry& entry) {
+        index.byLowerCaseId.emplace(lowerCase(id), id);
+        if (!entry.startupWindowClass.empty())
+            (entry.isShown ? index.byWindowClass : hiddenByWindowClass).emplace(entry.startupWindowClass, id);
+    });
     index.byWindowClass.merge(hiddenByWindowClass);
     for (const auto& [windowClass, id] : index.byWindowClass)
         index.byLowerCaseWindowClass.emplace(lowerCase(windowClass), id);

@@ -4,6 +4,7 @@
 #include "platform/linux/xdg/desktop_entry.h"
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -27,10 +28,14 @@ class DesktopEntries : public InstalledApplications {
 public:
     /// \param dataFolders  those of Folders::systemData, the first of two entries with one id counts.
     /// \param searchPath   PATH, for entries that name the program they need.
-    DesktopEntries(const std::vector<std::filesystem::path>& dataFolders, const std::string& searchPath);
+    /// \param locale       of the names, as LC_MESSAGES has it.
+    DesktopEntries(const std::vector<std::filesystem::path>& dataFolders, const std::string& searchPath,
+                   std::string_view locale = {});
 
     /// Looks at the files that the id may name, not at all entries.
     bool isInstalled(std::string_view identifier) const override;
+    std::optional<InstalledApplication> find(std::string_view identifier) const override;
+    std::vector<InstalledApplication> withWindows() const override;
 
     /// The desktop-entry id of a window's application; the lower-cased window class where no entry fits,
     /// nothing for a window that says nothing. Reads all entries at the first call and after a change of
@@ -38,13 +43,19 @@ public:
     std::optional<std::string> identifierFor(const WindowIdentity& window) const;
 
 private:
+    using FolderTimes = std::vector<std::pair<std::filesystem::path, std::filesystem::file_time_type>>;
+
     struct Index {
         std::map<std::string, std::string, std::less<>> byWindowClass;
         std::map<std::string, std::string, std::less<>> byLowerCaseWindowClass;
         std::map<std::string, std::string, std::less<>> byLowerCaseId;
-        std::vector<std::pair<std::filesystem::path, std::filesystem::file_time_type>> folders;
+        FolderTimes folders;
     };
 
+    using Visitor = std::function<void(const std::string& id, const DesktopEntry& entry)>;
+
+    /// The entries that can be started, the first of each id. \return the folders and when they changed.
+    FolderTimes visit(const Visitor& visitor) const;
     Index buildIndex() const;
     static bool isCurrent(const Index& index);
     std::optional<std::string> indexed(const WindowIdentity& window) const;
@@ -54,6 +65,7 @@ private:
 
     std::vector<std::filesystem::path> applicationFolders_;
     std::vector<std::filesystem::path> searchPath_;
+    std::vector<std::string> languages_;
     mutable std::mutex mutex_;
     mutable std::optional<Index> index_;
 };

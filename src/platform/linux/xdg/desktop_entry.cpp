@@ -2,6 +2,8 @@
 
 #include "platform/linux/xdg/files.h"
 
+#include <algorithm>
+
 namespace glyma::xdg {
 
 namespace {
@@ -45,6 +47,8 @@ void assignField(DesktopEntry& entry, std::string_view key, std::string_view val
         entry.type = value;
     else if (key == "Name")
         entry.name = unescapedValue(value);
+    else if (key == "Icon")
+        entry.icon = unescapedValue(value);
     else if (key == "Exec")
         entry.exec = unescapedValue(value);
     else if (key == "TryExec")
@@ -55,14 +59,29 @@ void assignField(DesktopEntry& entry, std::string_view key, std::string_view val
         entry.isHidden = value == "true";
     else if (key == "NoDisplay")
         entry.isShown = value != "true";
+    else if (key == "Terminal")
+        entry.needsTerminal = value == "true";
     else if (key == "X-GNOME-Autostart-enabled")
         entry.isAutostartEnabled = value != "false";
 }
 
+/// The place of the language that a key like "Name[de]" is for; absent for other keys and languages.
+std::optional<std::size_t> languageOfName(std::string_view key, std::span<const std::string> languages) {
+    constexpr std::string_view opening = "Name[";
+    if (!key.starts_with(opening) || !key.ends_with(']'))
+        return std::nullopt;
+    const auto language = key.substr(opening.size(), key.size() - opening.size() - 1);
+    const auto found = std::ranges::find(languages, language);
+    return found == languages.end() ? std::nullopt
+                                    : std::optional(static_cast<std::size_t>(found - languages.begin()));
+}
+
 } // namespace
 
-std::optional<DesktopEntry> parseDesktopEntry(std::string_view text) {
+std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::span<const std::string> languages) {
     std::optional<DesktopEntry> entry;
+    auto bestLanguage = languages.size();
+    std::string translatedName;
     while (!text.empty()) {
         const auto end = text.find('\n');
         const auto line = trimmed(text.substr(0, end));
@@ -74,15 +93,38 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text) {
                 entry.emplace();
         } else if (const auto equals = line.find('=');
                    entry && !line.starts_with('#') && equals != line.npos) {
-            assignField(*entry, trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)));
+            const auto key = trimmed(line.substr(0, equals));
+            const auto value = trimmed(line.substr(equals + 1));
+            assignField(*entry, key, value);
+            if (const auto language = languageOfName(key, languages); language && *language < bestLanguage) {
+                bestLanguage = *language;
+                translatedName = unescapedValue(value);
+            }
         }
     }
+    if (entry && !translatedName.empty())
+        entry->name = translatedName;
     return entry;
 }
 
-std::optional<DesktopEntry> readDesktopEntry(const std::filesystem::path& file) {
+std::optional<DesktopEntry> readDesktopEntry(const std::filesystem::path& file,
+                                             std::span<const std::string> languages) {
     const auto text = readFile(file, sizeLimit);
-    return text ? parseDesktopEntry(*text) : std::nullopt;
+    return text ? parseDesktopEntry(*text, languages) : std::nullopt;
+}
+
+std::vector<std::string> languagesOf(std::string_view locale) {
+    const auto at = locale.find('@');
+    const auto modifier = at == locale.npos ? std::string() : std::string(locale.substr(at));
+    const auto territory = locale.substr(0, locale.find_first_of(".@"));
+    const auto language = territory.substr(0, territory.find('_'));
+    std::vector<std::string> languages;
+    for (const auto base : {territory, language})
+        for (const auto& end : {modifier, std::string()})
+            if (auto key = std::string(base) + end;
+                !base.empty() && std::ranges::find(languages, key) == languages.end())
+                languages.push_back(std::move(key));
+    return languages;
 }
 
 std::string quotedForExec(std::string_view path) {

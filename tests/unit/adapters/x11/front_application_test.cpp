@@ -1,3 +1,4 @@
+#include "main_queue.h"
 #include "platform/linux/x11/front_application_tracker.h"
 #include "platform/linux/x11/probe.h"
 #include "x11_fixture.h"
@@ -47,7 +48,7 @@ protected:
 
     Server server;
     Connection desktop = std::move(Connection::open(server.display()).value());
-    Queue queue;
+    MainQueue queue;
     std::vector<FrontApplication> seen;
     Subscription subscription;
     const pid_t ourselves = ::getpid();

@@ -1,7 +1,7 @@
 #include "platform/linux/xdg/desktop_entries.h"
 #include "temporary_folder.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace glyma::xdg {
 namespace {
@@ -81,6 +81,44 @@ TEST_F(DesktopEntriesTest, WindowsAreIdentifiedByTheBestClueTheyGive) {
     for (const auto& [window, expected] : cases)
         EXPECT_EQ(entries.identifierFor(window), expected)
             << window.applicationId << '/' << window.wmClassInstance << '/' << window.wmClassName;
+}
+
+TEST_F(DesktopEntriesTest, ListsWhatHasWindowsAndStandsInMenus) {
+    writeText(system / "org.example.Editor.desktop",
+              "[Desktop Entry]\nType=Application\nName[de]=Schreiber\nName=Editor\nName[de_AT]=Tinterl\n"
+              "Name[fr]=Editeur\nIcon=/usr/share/pixmaps/an\\sicon.png\n");
+    add(system / "kde/okular.desktop", "Icon=okular");
+    add(system / "vim.desktop", "Terminal=true");
+    add(system / "handler.desktop", "NoDisplay=true");
+    add(system / "gone.desktop", "");
+    add(own / "gone.desktop", "Hidden=true");
+    add(system / "needs.desktop", "TryExec=needed");
+    writeText(system / "nameless.desktop", "[Desktop Entry]\nType=Application\n");
+    writeText(system / "damaged.desktop", "[Desktop Entry\nType=Application\nName=\xFF\xFE");
+    writeText(system / "binary.desktop", std::string("\0\x7f"
+                                                     "ELF\0\n=\n[]\n",
+                                                     12));
+    const InstalledApplication okular{"kde-okular", "X", "okular"};
+    const InstalledApplication nameless{"nameless", "nameless", ""};
+    const auto icon = "/usr/share/pixmaps/an icon.png";
+    const struct {
+        std::string locale, name;
+    } cases[] = {
+        {"de_AT.UTF-8@euro", "Tinterl"}, {"de_CH.UTF-8", "Schreiber"}, {"C", "Editor"}, {"", "Editor"}};
+    for (const auto& [locale, name] : cases) {
+        const DesktopEntries listed({own.parent_path(), system.parent_path()}, "", locale);
+        const InstalledApplication editor{"org.example.Editor", name, icon};
+        EXPECT_THAT(listed.withWindows(), testing::UnorderedElementsAre(editor, okular, nameless)) << locale;
+        EXPECT_EQ(listed.find("org.example.Editor"), editor);
+        EXPECT_EQ(listed.find("gone"), std::nullopt);
+    }
+}
+
+TEST(LanguagesOf, PrefersWhatFitsMore) {
+    EXPECT_THAT(languagesOf("sr_RS.UTF-8@latin"),
+                testing::ElementsAre("sr_RS@latin", "sr_RS", "sr@latin", "sr"));
+    EXPECT_THAT(languagesOf("de"), testing::ElementsAre("de"));
+    EXPECT_THAT(languagesOf(""), testing::IsEmpty());
 }
 
 TEST_F(DesktopEntriesTest, AnApplicationInstalledLaterIsFound) {

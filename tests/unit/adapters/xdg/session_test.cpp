@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <map>
 
 namespace glyma::xdg {
@@ -66,6 +67,10 @@ TEST(AutostartLoginItem, WhatItEnablesTheSessionStartsAndTheUserCanSwitchOff) {
     const auto file = folder / "glyma.desktop";
     const auto text = readText(file);
     EXPECT_NE(text.find("\nExec=\"/opt/my app/glyma\"\n"), std::string::npos);
+    EXPECT_EQ(std::system(("desktop-file-validate '" + file.string() + "'").c_str()), 0);
+    const auto written = fs::last_write_time(file);
+    ASSERT_TRUE(item.enable().has_value());
+    EXPECT_EQ(fs::last_write_time(file), written) << "an entry that is right is left alone";
     for (const auto* line :
          {"Hidden=true\n", "X-GNOME-Autostart-enabled=false\n", "Exec=\n", "Type=Link\n"}) {
         writeText(file, text + line);
@@ -80,8 +85,18 @@ TEST(AutostartLoginItem, WhatItEnablesTheSessionStartsAndTheUserCanSwitchOff) {
 
     writeText(folder / "x", "");
     AutostartLoginItem blocked(folder / "x", "/bin/glyma");
-    EXPECT_FALSE(blocked.enable().has_value());
-    EXPECT_FALSE(AutostartLoginItem(folder, "").enable().has_value());
+    for (const auto& refused : {blocked.enable(), AutostartLoginItem(folder, "").enable()}) {
+        ASSERT_FALSE(refused.has_value());
+        EXPECT_TRUE(refused.error().starts_with("Glyma cannot be started at login: ")) << refused.error();
+    }
+    EXPECT_NE(blocked.enable().error().find((folder / "x").string()), std::string::npos);
+    EXPECT_FALSE(blocked.isEnabled());
+    // A folder in the place of the entry, which cannot be removed.
+    writeText(file / "x", "");
+    const auto kept = item.disable();
+    ASSERT_FALSE(kept.has_value());
+    EXPECT_TRUE(kept.error().starts_with("Glyma is still started at login: " + file.string()))
+        << kept.error();
 }
 
 TEST(DesktopEntry, ExecQuotingSurvivesBothLayers) {

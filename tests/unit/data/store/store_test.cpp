@@ -65,6 +65,18 @@ TEST_F(StoreTest, GivesBackWholeRecords) {
     EXPECT_EQ(need(store.termSelection("wom|👩‍🚀")), std::nullopt);
 }
 
+TEST_F(StoreTest, GivesBackKeywordsWhateverTheyHold) {
+    const std::vector<std::vector<std::string>> lists{
+        {}, {""}, {"a", "b"}, {"", "b", ""}, {"a,b"}, {"a,b", "c"}, {"back\\slash"}, {"[\"", "\"]"}, {"\n"}};
+    std::vector<UnicodeChar> characters;
+    for (std::size_t place = 0; place < lists.size(); ++place)
+        characters.push_back(
+            makeUnicodeChar(std::to_string(place), std::to_string(place), lists[place], "Arrows"));
+    need(store.insertCharacters(characters));
+    for (const auto& character : need(store.charactersInBlock("Arrows")))
+        EXPECT_EQ(character.keywords, lists[std::stoul(character.character)]);
+}
+
 TEST_F(StoreTest, VisitsTheRightRowsInNameOrder) {
     need(store.insertCharacters(someCharacters()));
     EXPECT_THAT(visited(store, &Store::visitKeyworded), ElementsAre("é", "❤️", "z"));
@@ -161,6 +173,11 @@ TEST_F(StoreTest, SwitchesCharactersAndBlocks) {
     need(store.setBlockEnabled("Arrows", true));
     need(store.setBlockEnabled("Dingbats", false));
     EXPECT_THAT(need(store.enabledBlockNames()), ElementsAre("Arrows"));
+    const auto counts = need(store.enabledCounts());
+    EXPECT_THAT(counts, UnorderedElementsAre(Pair("Arrows", 1), Pair("Basic Latin", 3), Pair("Dingbats", 1),
+                                             Pair("Latin-1 Supplement", 1)));
+    need(store.setCharactersEnabled("Dingbats", false));
+    EXPECT_FALSE(need(store.enabledCounts()).contains("Dingbats"));
 }
 
 TEST_F(StoreTest, SeesWhatAnotherConnectionCommitted) {
