@@ -22,7 +22,7 @@ std::size_t lengthOf(std::span<const std::uint8_t> request) {
 
 } // namespace
 
-std::optional<GrabRequests> GrabRequests::open(const std::string& display) {
+std::optional<GrabRequests> GrabRequests::open(const std::string& display, std::uint32_t except) {
     const auto connection = Connection::open(display);
     const auto* const xinput = connection ? connection->extension(xcb_input_id) : nullptr;
     if (!xinput)
@@ -32,7 +32,7 @@ std::optional<GrabRequests> GrabRequests::open(const std::string& display) {
     range.ext_requests = {.major = {.first = xinput->major_opcode, .last = xinput->major_opcode},
                           .minor = {.first = XCB_INPUT_XI_GRAB_DEVICE, .last = XCB_INPUT_XI_UNGRAB_DEVICE}};
     range.client_died = 1;
-    auto stream = RecordStream::open(display, {&range, 1});
+    auto stream = RecordStream::open(display, {&range, 1}, except);
     return stream ? std::optional(GrabRequests(std::move(*stream), xinput->major_opcode)) : std::nullopt;
 }
 

@@ -21,7 +21,8 @@ struct GrabRequest {
 class GrabRequests {
 public:
     /// Absent when the server has no RECORD extension.
-    static std::optional<GrabRequests> open(const std::string& display);
+    /// \param except  a resource of the client whose requests are left out.
+    static std::optional<GrabRequests> open(const std::string& display, std::uint32_t except);
 
     int descriptor() const { return stream_.descriptor(); }
     bool isBroken() const { return stream_.isBroken(); }

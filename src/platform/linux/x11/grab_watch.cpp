@@ -32,7 +32,8 @@ GrabWatch::GrabWatch(Scheduler& scheduler, const std::string& display)
     witness_ = xcb_generate_id(connection_->get());
     xcb_create_window(connection_->get(), 0, witness_, connection_->root(), -1, -1, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-    requests_ = GrabRequests::open(display);
+    // Each of our own questions would otherwise be a reason for the next.
+    requests_ = GrabRequests::open(display, witness_);
     look();
     thread_ = std::thread([this] { run(); });
 }

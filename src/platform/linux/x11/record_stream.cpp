@@ -5,7 +5,8 @@
 namespace glyma::x11 {
 
 std::optional<RecordStream> RecordStream::open(const std::string& display,
-                                               std::span<const xcb_record_range_t> ranges) {
+                                               std::span<const xcb_record_range_t> ranges,
+                                               std::optional<std::uint32_t> except) {
     auto connection = Connection::open(display);
     if (!connection || !connection->extension(xcb_record_id))
         return std::nullopt;
@@ -13,6 +14,8 @@ std::optional<RecordStream> RecordStream::open(const std::string& display,
     const xcb_record_client_spec_t clients = XCB_RECORD_CS_ALL_CLIENTS;
     xcb_record_create_context(connection->get(), context, 0, 1, static_cast<std::uint32_t>(ranges.size()),
                               &clients, ranges.data());
+    if (except)
+        xcb_record_unregister_clients(connection->get(), context, 1, &*except);
     const auto cookie = xcb_record_enable_context(connection->get(), context);
     connection->flush();
     return RecordStream(std::move(*connection), cookie.sequence);

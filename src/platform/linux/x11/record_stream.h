@@ -16,8 +16,10 @@ public:
     using Reply = xcb_record_enable_context_reply_t;
 
     /// Absent when the server has no such extension.
+    /// \param except  a resource of the client that is not recorded; none: all are.
     static std::optional<RecordStream> open(const std::string& display,
-                                            std::span<const xcb_record_range_t> ranges);
+                                            std::span<const xcb_record_range_t> ranges,
+                                            std::optional<std::uint32_t> except = std::nullopt);
 
     int descriptor() const { return connection_.descriptor(); }
     bool isBroken() const { return connection_.isBroken(); }

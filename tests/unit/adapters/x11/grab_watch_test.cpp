@@ -3,6 +3,7 @@
 #include "platform/linux/x11/input_monitoring.h"
 #include "x11_fixture.h"
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace glyma::x11::testing {
@@ -135,8 +136,26 @@ TEST_F(GrabWatchTest, AGrabFromBeforeTheStartIsKnownWithoutItsHolder) {
     client.grab();
     watch = std::make_unique<GrabWatch>(queue, server.display());
     EXPECT_EQ(watch->current(), KeyboardGrab{});
+    for (int round = 0; round < 10; ++round) {
+        watch->check();
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        EXPECT_EQ(watch->current(), KeyboardGrab{}) << "the watch's own questions are no claim";
+    }
     client.ungrab();
     EXPECT_TRUE(becomes(std::nullopt));
+}
+
+TEST_F(GrabWatchTest, SleepsWhileNothingHappens) {
+    const auto switches = [] {
+        rusage usage{};
+        ::getrusage(RUSAGE_SELF, &usage);
+        return usage.ru_nvcsw + usage.ru_nivcsw;
+    };
+    watch->check();
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    const auto before = switches();
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    EXPECT_LT(switches() - before, 20);
 }
 
 TEST_F(GrabWatchTest, LookingDoesNotDisturbTheWindowThatHasTheFocus) {
