@@ -168,11 +168,10 @@ void HeldTyping::flush() {
         keys.lock(locksNow);
     const auto server = onServer();
     pressed_.merge(turn(keys, shown_, server));
-    // The user may have let go by now what we press for him.
+    // The user may have let go by now what we take for down.
     std::vector<HeldKey> restored;
-    for (const auto& [key, device] : pressed_)
-        if (server.contains(key))
-            restored.push_back({key, device});
+    for (const auto& [key, device] : server)
+        restored.push_back({key, link_.deviceFor(device)});
     link_.replay(keys, std::move(restored));
 }
 
