@@ -1,8 +1,8 @@
 #include "app/desktop/desktop_program.h"
 
-#include "catalogue/catalogue_files.h"
 #include "app/permission_diagnosis.h"
 #include "app/terminal.h"
+#include "catalogue/catalogue_files.h"
 #include "platform/linux/dbus/notification.h"
 #include "platform/linux/x11/activate_window.h"
 #include "platform/linux/x11/key_codes.h"
