@@ -22,7 +22,7 @@ test=(
 bench=(fzf libxcb-damage0-dev sqlite3)
 lint=(clang-tidy-16)
 package=(appstream desktop-file-utils dpkg-dev file lintian man-db)
-pictures=(fonts-inter picom)
+pictures=(ffmpeg fonts-inter picom)
 
 wanted=()
 for purpose in "$@"; do
