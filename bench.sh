@@ -20,6 +20,7 @@ measure "$bin/bench_search"
 measure /usr/bin/python3 bench/search/fzf_ratio.py "$bin/bench_search_process" "$bin/glyma"
 measure "$bin/bench_library"
 measure "$bin/bench_import" "$bin/glyma"
+measure "$bin/bench_poll"
 measure "$bin/bench_window" "$bin/glyma"
 
 if grep -q ' FAIL$' "$output"; then

@@ -16,11 +16,13 @@ demo=(
     dbus dconf-gsettings-backend gir1.2-atspi-2.0 imagemagick libglib2.0-bin mousepad openbox python3 python3-gi
     x11-utils x11-xkb-utils xclip xdotool xvfb
 )
-test=(clang-format desktop-file-utils featherpad firefox-esr gnome-text-editor libgmock-dev libgtest-dev xterm)
+test=(
+    chromium clang-format desktop-file-utils featherpad firefox-esr gnome-text-editor libgmock-dev libgtest-dev xterm
+)
 bench=(fzf libxcb-damage0-dev sqlite3)
 lint=(clang-tidy-16)
 package=(appstream desktop-file-utils dpkg-dev file lintian man-db)
-pictures=(fonts-inter picom)
+pictures=(ffmpeg fonts-inter picom)
 
 wanted=()
 for purpose in "$@"; do

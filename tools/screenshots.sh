@@ -1,6 +1,6 @@
 #!/bin/sh
-# Makes the pictures of the picker, of the icon in the tray, of the character information and of the preferences under
-# docs/images: virtual displays of its own, with a compositor for the picker and a window manager for the windows.
+# Makes the pictures of the picker, of the character information, of the icon in the tray and of the preferences under
+# docs/images: virtual displays of its own, with a compositor for panels and a window manager for windows.
 # Usage: tools/screenshots.sh [PICKER_GALLERY] [FOLDER]
 # Without arguments it installs what is missing and builds the gallery first.
 set -eu
@@ -12,7 +12,7 @@ if [ $# -eq 0 ]; then
     cd "$root"
     tools/install-dependencies.sh build run demo pictures
     cmake --preset release >/dev/null
-    cmake --build build/release --target picker_gallery tray_gallery preferences_gallery info_gallery
+    cmake --build build/release --target picker_gallery info_gallery preferences_gallery tray_gallery
 fi
 
 scratch=$(mktemp -d)

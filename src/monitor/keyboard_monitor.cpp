@@ -1,13 +1,7 @@
 #include "monitor/keyboard_monitor.h"
 
-#include "monitor/choice_reading.h"
-#include "monitor/monitor_state.h"
-#include "monitor/query_poll.h"
-#include "monitor/selection_dispatch.h"
-#include "monitor/target_reader.h"
-#include "monitor/target_window.h"
+#include "monitor/monitor_implementation.h"
 #include "monitor/website_exclusion.h"
-#include "text/delayed_jobs.h"
 #include "unicode/text.h"
 
 #include <algorithm>
@@ -16,11 +10,6 @@
 namespace glyma {
 
 namespace {
-
-/// Lets the target move its caret.
-constexpr Milliseconds clickRecheckDelay{50};
-/// Lets the window manager put the window where it stays.
-constexpr Milliseconds finalFollowDelay{100};
 
 /// A caret of a usual size at the pointer, for when nobody knows where the caret is.
 Rect caretAtPointer(Point pointer, const std::vector<Screen>& screens) {
@@ -31,73 +20,6 @@ Rect caretAtPointer(Point pointer, const std::vector<Screen>& screens) {
 }
 
 } // namespace
-
-struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMonitor::Implementation>,
-                                         MonitorServices {
-    explicit Implementation(MonitorServices services)
-        : MonitorServices(std::move(services))
-        , state(tap, ownIdentifier)
-        , reader(tasks, scheduler)
-        , targetWindow(accessibility, reader, window)
-        , delayed(scheduler) {}
-
-    // Tap thread
-    Verdict hear(const KeyEvent& event);
-    void hearModifiers(const KeyEvent& event);
-    void perform(const Heard& heard, const KeyEvent& event);
-    void rememberSource(TriggerNumber trigger);
-    void logFirstCharacter(const KeyEvent& event, bool isVisible);
-
-    // Any thread
-    void post(std::function<void(Implementation&)> action);
-    void postFor(Showing showing, std::function<void(Implementation&)> action);
-
-    // Main thread
-    void permit(TriggerNumber trigger, const FrontApplication& front);
-    void showPanel(Showing showing, const TypedText& typed);
-    void fillPicker(Showing showing);
-    void setTyped(const TypedText& typed);
-    void setQuery(const TypedText& typed);
-    void searchQueryBuffer();
-    void handleTypedCharacter(bool isAutorepeat, const std::string& text, const TypedText& typed);
-    void handleBackspace(const TypedText& typed);
-    void poll(Showing showing, const TypedText& typed);
-    void queryRead();
-    void followKeysInstead(Showing showing);
-    void hearMouse(MouseEvent event);
-    void recheckAfterClick();
-    void judgeClick(const QueryReading& reading, std::uint64_t keysHeard);
-    void chooseOrDismiss(std::shared_ptr<TypingHold> hold);
-    void dismissPanel();
-    void close(Showing showing);
-    void didSelect(const PickerItem& item);
-    void insertWhenRead(const std::string& inserted, const PolledQuery& chosen,
-                        std::shared_ptr<TypingHold> hold);
-    std::string textFor(const PickerItem& item, const std::string& query, bool isAltHeld);
-    void appSwitch(const FrontApplication& application);
-    void readSettings();
-
-    MonitorState state;
-
-    // Main thread
-    bool isStarted = false;
-    Showing shown = 0;             ///< 0: none
-    Showing cancelled = 0;         ///< this one and those before it are not to be shown any more
-    bool isTriggerRefused = false; ///< the last one typed may not open the picker
-    std::string queryBuffer;
-    std::ptrdiff_t keystrokeCount = 0;
-    /// While the query is followed in the target's text.
-    std::optional<QueryPoll> queryPoll;
-    TargetReader reader;
-    TargetWindow targetWindow;
-    DelayedJobs delayed;
-    std::vector<std::unique_ptr<ChoiceReading>> choices;
-    Subscription globalMouseMonitor;
-    std::shared_ptr<TypingHold> choiceHold; ///< of the key that is choosing now
-    Subscription activation;
-    Subscription preferencesChanged;
-    Subscription flagsChanged;
-};
 
 // Tap thread
 
@@ -279,110 +201,6 @@ void KeyboardMonitor::Implementation::searchQueryBuffer() {
     picker.setQuery(queryBuffer);
 }
 
-void KeyboardMonitor::Implementation::handleTypedCharacter(bool isAutorepeat, const std::string& typedText,
-                                                           const TypedText& typed) {
-    if (queryPoll)
-        queryPoll->typed(typedText);
-    else if (isAutorepeat)
-        setTyped(typed);
-    else
-        setQuery(typed);
-}
-
-void KeyboardMonitor::Implementation::handleBackspace(const TypedText& typed) {
-    if (queryPoll)
-        queryPoll->deletedLast();
-    else
-        setQuery(typed);
-}
-
-void KeyboardMonitor::Implementation::poll(Showing showing, const TypedText& typed) {
-    const auto weakly = [weak = weak_from_this()](auto action) {
-        return [weak, action] {
-            if (const auto self = weak.lock())
-                action(*self);
-        };
-    };
-    queryPoll.emplace(QueryPoll::Services{scheduler, text, reader, state, picker, log}, showing,
-                      preferences.triggerCharacter(), typed,
-                      QueryPoll::Callbacks{.changed = weakly([](Implementation& self) { self.queryRead(); }),
-                                           .left = weakly([](Implementation& self) { self.dismissPanel(); }),
-                                           .mistrusted = weakly([showing](Implementation& self) {
-                                               self.followKeysInstead(showing);
-                                           })});
-}
-
-void KeyboardMonitor::Implementation::queryRead() {
-    queryBuffer = queryPoll->query().query();
-    keystrokeCount = queryPoll->query().keystrokeCount();
-    searchQueryBuffer();
-}
-
-void KeyboardMonitor::Implementation::followKeysInstead(Showing showing) {
-    log.debug("Glyma: [AX poll] the element does not show what is typed; following the keys");
-    queryPoll.reset();
-    state.setKeystrokeMode(showing, true);
-    picker.setIsKeystrokeMode(true);
-    const auto keysHeard = state.keysHeard();
-    const auto typed = state.typed();
-    if (!typed.query().empty())
-        setQuery(typed);
-    else if (state.leaveUnlessHeard(keysHeard, true))
-        dismissPanel();
-}
-
-void KeyboardMonitor::Implementation::hearMouse(MouseEvent event) {
-    switch (event) {
-    case MouseEvent::leftUp:
-        targetWindow.followTargetWindow(false);
-        return delayed.after(finalFollowDelay, [this] { targetWindow.followTargetWindow(true); });
-    case MouseEvent::leftDragged:
-        return targetWindow.followTargetWindow(false);
-    case MouseEvent::leftDown:
-    case MouseEvent::otherDown:
-        return delayed.after(clickRecheckDelay, [this] { recheckAfterClick(); });
-    }
-}
-
-void KeyboardMonitor::Implementation::recheckAfterClick() {
-    if (!state.isPanelVisible() && !state.isPendingTrigger())
-        return;
-    reader.ask([this] { return text.textBeforeCursor(); },
-               [this, keysHeard = state.keysHeard()](const std::optional<std::string>& before) {
-                   judgeClick(queryIn(before, preferences.triggerCharacter()), keysHeard);
-               });
-}
-
-/// Closes the picker unless the caret still stands behind its query.
-void KeyboardMonitor::Implementation::judgeClick(const QueryReading& reading, std::uint64_t keysHeard) {
-    if (reading.outcome == QueryReading::Outcome::unavailable)
-        return;
-    const bool isWhereItWas = shown != 0 && ((reading.holdsQuery() && reading.query == queryBuffer) ||
-                                             (queryPoll && queryPoll->query().accountsForKeys(reading)));
-    if (isWhereItWas)
-        return;
-    const auto open = state.openShowing();
-    const bool isBehindTrigger = reading.outcome == QueryReading::Outcome::query && reading.query.empty();
-    if (!state.leaveUnlessHeard(keysHeard, isBehindTrigger)) {
-        if (queryPoll)
-            queryPoll->disturbed();
-    } else if (open) {
-        close(*open);
-    }
-}
-
-/// Decided here and not on the tap thread: the list that the main thread had not searched when Return came is
-/// there now. A highlight outside the list chooses nothing, and the picker must not stay behind.
-void KeyboardMonitor::Implementation::chooseOrDismiss(std::shared_ptr<TypingHold> hold) {
-    const auto showing = shown;
-    choiceHold = std::move(hold);
-    if (picker.itemCount() > 0)
-        picker.confirmSelection();
-    choiceHold.reset();
-    if (shown == showing)
-        dismissPanel();
-}
-
 void KeyboardMonitor::Implementation::dismissPanel() {
     queryPoll.reset();
     globalMouseMonitor.reset();
@@ -404,57 +222,6 @@ void KeyboardMonitor::Implementation::close(Showing showing) {
     cancelled = std::max(cancelled, showing);
     if (shown != 0 && shown <= showing)
         dismissPanel();
-}
-
-void KeyboardMonitor::Implementation::didSelect(const PickerItem& item) {
-    const auto isKeystrokeMode = state.isKeystrokeMode();
-    const auto query = queryBuffer;
-    const auto deletion = deletionOf(preferences.triggerCharacter(), query, keystrokeCount, isKeystrokeMode);
-    if (log.debugEnabled())
-        log.debug(
-            "didSelect: queryBuffer=\"{}\" ({} chars), keystrokeCount={}, isKeystrokeMode={}, deleteCount={}",
-            log.redact(query), unicode::graphemeCount(query), keystrokeCount, isKeystrokeMode,
-            deletion.count);
-    const bool isAltHeld = picker.isAltHeld();
-    const auto polled = queryPoll ? std::optional(queryPoll->query()) : std::nullopt;
-    auto hold = choiceHold ? std::move(choiceHold) : tap.holdTyping(); // a click holds nothing yet
-    close(shown);
-    const auto inserted = textFor(item, query, isAltHeld);
-    if (polled)
-        insertWhenRead(inserted, *polled, std::move(hold));
-    else
-        text.insert(inserted, deletion.count, deletion.expected, std::move(hold));
-}
-
-/// What is inserted stays the entry that was highlighted; what is deleted is what the text holds by then.
-void KeyboardMonitor::Implementation::insertWhenRead(const std::string& inserted, const PolledQuery& chosen,
-                                                     std::shared_ptr<TypingHold> hold) {
-    std::erase_if(choices, [](const auto& choice) { return choice->isDone(); });
-    auto then = [this, inserted, hold = std::move(hold),
-                 target = frontApplications.current()](const std::optional<Deletion>& deletion) {
-        if (!deletion)
-            text.leaveUntouched("what has been typed is not certain");
-        else if (frontApplications.current() != target)
-            text.leaveUntouched("another application has come to the front");
-        else
-            text.insert(inserted, deletion->count, deletion->expected, hold,
-                        TextInserter::Otherwise::nothing);
-    };
-    choices.push_back(std::make_unique<ChoiceReading>(scheduler, reader, text, preferences.triggerCharacter(),
-                                                      chosen, std::move(then)));
-}
-
-/// Also records the choice, which counts even if the insertion fails.
-std::string KeyboardMonitor::Implementation::textFor(const PickerItem& item, const std::string& query,
-                                                     bool isAltHeld) {
-    if (const auto special = std::get_if<SpecialEntry>(&item)) {
-        auto picked = catalogue.pickRandom(special->id == "random-emoji");
-        catalogue.recordUsage(std::string(specialPrefix) + special->id, query);
-        return picked;
-    }
-    const auto& entry = std::get<EmojiEntry>(item);
-    catalogue.recordUsage(entry.character, query);
-    return textOf(entry, preferences.skinToneModifier(), isAltHeld);
 }
 
 void KeyboardMonitor::Implementation::appSwitch(const FrontApplication& application) {

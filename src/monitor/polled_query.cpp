@@ -10,6 +10,13 @@ namespace {
 /// How long a target may take to apply a key before its text is believed against the keys: 0.1 s.
 constexpr int ticksForKeysToArrive = 5;
 
+/// How much in front of a trigger tells it from others, in bytes.
+constexpr std::size_t anchorLength = 12;
+
+std::string tail(const std::string& text) {
+    return text.substr(text.size() - std::min(text.size(), anchorLength));
+}
+
 } // namespace
 
 PolledQuery::PolledQuery(std::string trigger, TypedText typed)
@@ -55,7 +62,7 @@ QueryReading PolledQuery::readingAsTyped() const {
 }
 
 bool PolledQuery::accountsForKeys(const QueryReading& reading) const {
-    return reading.outcome == QueryReading::Outcome::query && reading == readingAsTyped();
+    return reading.outcome == QueryReading::Outcome::query && reading.query == readingAsTyped().query;
 }
 
 bool PolledQuery::certainlyAccountsForKeys(const QueryReading& reading) const {
@@ -71,6 +78,12 @@ bool PolledQuery::isEarlier(const QueryReading& reading) const {
 bool PolledQuery::mayBeLate(const QueryReading& reading) const {
     return reading.outcome == QueryReading::Outcome::query && !isDisturbed_ && !accountsForKeys(reading) &&
            isEarlier(reading);
+}
+
+/// Whether the last trigger is one that stood there before ours, which has gone.
+bool PolledQuery::hasLostItsTrigger(const QueryReading& reading) const {
+    return reading.outcome == QueryReading::Outcome::query &&
+           (reading.before + reading.query).find(anchor_) == std::string::npos;
 }
 
 bool PolledQuery::isFromBeforeTheKeys(const QueryReading& reading) const {
@@ -90,9 +103,12 @@ PolledQuery::Finding PolledQuery::take(const QueryReading& reading, int tick) {
         // Deleting brings a text back: it may still be the one from before.
         if (!isEarlier(reading))
             keysHaveArrived();
+        anchor_ = tail(reading.before);
     } else if (tick <= ticksForKeysToArrive && isFromBeforeTheKeys(reading)) {
         return Finding::nothing;
     }
+    if (hasLostItsTrigger(reading))
+        return Finding::lost;
     if (reading.holdsQuery()) {
         if (!accountsForKeys(reading))
             restartFrom(reading.query);
@@ -110,6 +126,8 @@ std::optional<Deletion> PolledQuery::deletion(const QueryReading& reading) const
     case QueryReading::Outcome::noQuery:
         break;
     case QueryReading::Outcome::query:
+        if (hasLostItsTrigger(reading))
+            break;
         // The trigger typed twice: the second one is the query until something follows it.
         return of(accountsForKeys(reading) && reading.query.empty() ? typed_.query() : reading.query);
     case QueryReading::Outcome::unavailable:

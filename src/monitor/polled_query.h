@@ -61,6 +61,7 @@ private:
     void keysHaveArrived();
     void restartFrom(const std::string& query);
     bool isEarlier(const QueryReading& reading) const;
+    bool hasLostItsTrigger(const QueryReading& reading) const;
     bool isFromBeforeTheKeys(const QueryReading& reading) const;
 
     std::string trigger_;
@@ -68,6 +69,7 @@ private:
     /// The text as it was read and the keys since.
     TypedText typed_;
     std::vector<std::string> earlier_; ///< what the text showed before each key not accounted for
+    std::string anchor_;               ///< what leads to the trigger, as it was read last
     bool hasArrived_ = false;   ///< a reading has accounted for the keys: none is from before the trigger
     bool isBehind_ = true;      ///< no reading has accounted for the keys yet
     bool isDisturbed_ = false;  ///< since the text was at rest

@@ -8,8 +8,10 @@ QueryReading queryIn(const std::optional<std::string>& textBeforeCaret, std::str
     const bool isTextEmpty = textBeforeCaret->empty();
     const auto found = textBeforeCaret->rfind(trigger);
     if (found == std::string::npos || textBeforeCaret->find('\n', found) != std::string::npos)
-        return {QueryReading::Outcome::noQuery, {}, isTextEmpty};
-    return {QueryReading::Outcome::query, textBeforeCaret->substr(found + trigger.size()), isTextEmpty};
+        return {QueryReading::Outcome::noQuery, {}, {}, isTextEmpty};
+    const auto start = found + trigger.size();
+    return {QueryReading::Outcome::query, textBeforeCaret->substr(start), textBeforeCaret->substr(0, start),
+            isTextEmpty};
 }
 
 } // namespace glyma

@@ -16,6 +16,8 @@ struct QueryReading {
     Outcome outcome = Outcome::unavailable;
     /// What follows the last trigger; empty when the caret stands right behind it.
     std::string query;
+    /// What stands before the query, the trigger included.
+    std::string before;
     /// Nothing at all stands before the caret.
     bool isTextEmpty = false;
 

@@ -16,7 +16,7 @@ bool isExcludedWebsite(const std::optional<std::string>& applicationIdentifier, 
         return false;
     const auto host = text.pageHost();
     if (!host)
-        return text.showsReadablePage();
+        return !text.hidesPages();
     return !host->empty() && isExcludedHost(*host, preferences.excludedWebsites());
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/subscription.h"
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -15,6 +16,8 @@ struct FrontApplication {
     std::optional<std::string> identifier;
     /// 0 when unknown.
     pid_t process = 0;
+    /// Tells its windows apart; 0 when unknown.
+    std::uint64_t window = 0;
     bool operator==(const FrontApplication&) const = default;
 };
 
@@ -25,7 +28,7 @@ public:
 
     /// Read afresh.
     virtual FrontApplication current() = 0;
-    /// Called on the main thread after another application has come to the front.
+    /// Called on the main thread after another application, or another of its windows, has come to the front.
     [[nodiscard]] virtual Subscription observe(std::function<void(const FrontApplication&)> callback) = 0;
 };
 

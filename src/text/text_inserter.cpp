@@ -229,11 +229,12 @@ std::optional<std::string> TextInserter::selectedText() const {
     return text && !text->empty() ? text : std::nullopt;
 }
 
-bool TextInserter::showsReadablePage() const {
-    const auto application =
-        elementAttribute(services_.accessibility.systemWide(), attribute::focusedApplication);
-    const auto window = application ? elementAttribute(*application, attribute::focusedWindow) : application;
-    return window && elementAttribute(*window, attribute::page);
+bool TextInserter::hidesPages() const {
+    auto found = elementAttribute(services_.accessibility.systemWide(), attribute::focusedApplication);
+    for (const auto name : {attribute::focusedWindow, attribute::page})
+        if (found)
+            found = elementAttribute(*found, name);
+    return !found && found.error() != AccessibilityError::timedOut;
 }
 
 std::optional<std::string> TextInserter::textBeforeCursor() const {

@@ -70,8 +70,9 @@ public:
     /// Host of the page that the cached element belongs to, without "www."; empty when the page has none;
     /// absent when the element is not inside web content.
     std::optional<std::string> pageHost() const;
-    /// Whether the window in front shows a web page that can be read.
-    bool showsReadablePage() const;
+    /// Whether the window in front has no web page that can be read. Not so while its application does not
+    /// answer, which one that has just been started may not.
+    bool hidesPages() const;
     /// What stands before the caret, from anywhere up to the caret; absent when nobody can tell.
     std::optional<std::string> textBeforeCursor() const;
     /// Number of the poll under way, for the log.

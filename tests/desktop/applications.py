@@ -182,6 +182,7 @@ class BrowserField:
     fields = {
         "input": '<input id="field" class="field" value="%s">',
         "textarea": '<textarea id="field" class="field" rows="6">%s</textarea>',
+        "nested": "<div>" * 40 + '<textarea id="field" class="field" rows="6">%s</textarea>' + "</div>" * 40,
         "password": '<input id="field" class="field" type="password" value="%s">',
         "contenteditable": '<div id="field" class="field" contenteditable="true">%s</div>',
     }
@@ -277,8 +278,10 @@ class FirefoxField(BrowserField):
             'user_pref("layout.spellcheckDefault", 0);\n'
             'user_pref("browser.startup.homepage_override.mstone", "ignore");\n'
             'user_pref("browser.tabs.remote.autostart", true);\n'
+            'user_pref("browser.urlbar.autoFill", false);\n'
             f'user_pref("network.dns.localDomains", "{",".join(TEST_HOSTS)}");\n')
-        return ["firefox-esr", "--profile", profile, "--new-instance", address]
+        return ["firefox-esr", "--width", "900", "--height", "520", "--profile", profile,
+                                      "--new-instance", address]
 
 
 class ChromiumField(BrowserField):

@@ -5,6 +5,9 @@ import os
 from glyma import BINARY
 from virtual_desktop import wait_until
 
+# Seconds; a busy machine needs them, and what works does not wait.
+PATIENCE = 10
+
 
 class PreferencesWindow:
     """The window of a running program; elements are found by role and by the name that is read out."""
@@ -26,9 +29,9 @@ class PreferencesWindow:
         return self
 
     def bring_to_front(self):
-        window = wait_until(lambda: self.desktop.windows("--name", "^Glyma Settings$"), 5, "the preferences window")[0]
+        window = wait_until(lambda: self.desktop.windows("--name", "^Glyma Settings$"), PATIENCE, "the preferences window")[0]
         self.desktop.run(["xdotool", "windowactivate", "--sync", window])
-        wait_until(lambda: self.focused(), 5, "the preferences to have the focus")
+        wait_until(lambda: self.focused(), PATIENCE, "the preferences to have the focus")
 
     def is_open(self):
         return bool(self.desktop.windows("--name", "^Glyma Settings$"))
@@ -36,7 +39,7 @@ class PreferencesWindow:
     def close(self):
         self.bring_to_front()
         self.desktop.press("ctrl+w")
-        wait_until(lambda: not self.is_open(), 3, "the preferences to close")
+        wait_until(lambda: not self.is_open(), PATIENCE, "the preferences to close")
 
     # Looking
 
@@ -57,6 +60,8 @@ class PreferencesWindow:
         return [child for child in map(element.get_child_at_index, range(element.get_child_count())) if child]
 
     def _walk(self, element):
+        # What scrolls into view says nothing of it.
+        element.clear_cache()
         if not element.get_state_set().contains(self.atspi.StateType.SHOWING):
             return
         yield element
@@ -77,7 +82,7 @@ class PreferencesWindow:
         return None
 
     def get(self, role, name):
-        return wait_until(lambda: self.find(role, name), 5, f"a {role} named {name}")
+        return wait_until(lambda: self.find(role, name), PATIENCE, f"a {role} named {name}")
 
     def has(self, element, state):
         element.clear_cache()
@@ -103,7 +108,7 @@ class PreferencesWindow:
         return any(text in (element.get_name() or "") for element in self.elements())
 
     def wait_for(self, text):
-        wait_until(lambda: self.says(text), 3, f"the words {text}")
+        wait_until(lambda: self.says(text), PATIENCE, f"the words {text}")
 
     # Doing
 
@@ -115,7 +120,7 @@ class PreferencesWindow:
                 return element
             before = self.focused()
             self.desktop.press("Tab")
-            wait_until(lambda: self.focused() != before, 2, f"Tab to move on towards {name}")
+            wait_until(lambda: self.focused() != before, PATIENCE, f"Tab to move on towards {name}")
         raise RuntimeError(f"Tab does not reach {name}")
 
     def switch(self, name, to=True):
@@ -123,7 +128,7 @@ class PreferencesWindow:
             return
         self.go_to("check box", name)
         self.desktop.press("space")
-        wait_until(lambda: self.is_on(name) == to, 3, f"{name} to change")
+        wait_until(lambda: self.is_on(name) == to, PATIENCE, f"{name} to change")
 
     def choose(self, name, label):
         self.go_to("combo box", name)
@@ -133,7 +138,7 @@ class PreferencesWindow:
                 return
             before = self.choice(name)
             self.desktop.press("Down")
-            wait_until(lambda: self.choice(name) != before, 2, f"{name} to change")
+            wait_until(lambda: self.choice(name) != before, PATIENCE, f"{name} to change")
         raise RuntimeError(f"{name} does not offer {label}")
 
     def enter(self, name, text):

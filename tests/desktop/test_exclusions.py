@@ -58,7 +58,7 @@ class Exclusions(unittest.TestCase):
     def check_keys_at_once(self, target):
         """Keys that come faster than the program can find out which page it is."""
         before = target.text()
-        self.desktop.run(["xdotool", "key", "--delay", "0", "--", "colon", "s", "m", "Return", "Escape"])
+        self.desktop.run(["xdotool", "key", "--delay", "3", "--", "colon", "s", "m", "Return", "Escape"])
         wait_until(lambda: target.text() == before + ":sm\n", 3, "the typed text")
         self.stays_closed(0.3)
 
@@ -69,7 +69,7 @@ class Exclusions(unittest.TestCase):
         self.desktop.press("Escape", "Escape")
 
     def check_browser(self, kind):
-        browser = kind(self.desktop, "textarea", host=EXCLUDED[0])
+        browser = kind(self.desktop, "nested", host=EXCLUDED[0])
         self.check_left_alone(browser)
         for host in EXCLUDED[1:]:
             browser.visit(host)

@@ -7,7 +7,7 @@ import unittest
 
 from applications import Mousepad
 from glyma import BINARY, Glyma
-from preferences_window import PreferencesWindow
+from preferences_window import PATIENCE, PreferencesWindow
 from virtual_desktop import VirtualDesktop, wait_until
 
 
@@ -41,9 +41,9 @@ class Preferences(unittest.TestCase):
         def is_settled():
             looks.append(look())
             return len(looks) > 5 and len(set(looks[-5:])) == 1
-        wait_until(is_settled, 3, "the picker to settle", interval=0.05)
+        wait_until(is_settled, PATIENCE, "the picker to settle", interval=0.05)
         self.desktop.press("Escape")
-        wait_until(lambda: not self.glyma.is_open(), 3, "the picker to close")
+        wait_until(lambda: not self.glyma.is_open(), PATIENCE, "the picker to close")
         return looks[-1]
 
     def picker_height(self, text):
@@ -62,8 +62,8 @@ class Preferences(unittest.TestCase):
         self.assertTrue(self.opens(text), text)
         time.sleep(0.3)
         self.desktop.press("Return")
-        wait_until(lambda: not self.glyma.is_open(), 3, "the picker to close")
-        return wait_until(lambda: self.editor.text().strip() not in ("", text) and self.editor.text().strip(), 3,
+        wait_until(lambda: not self.glyma.is_open(), PATIENCE, "the picker to close")
+        return wait_until(lambda: self.editor.text().strip() not in ("", text) and self.editor.text().strip(), PATIENCE,
                           f"the text inserted for {text}")
 
     # The walk: each changes settings by keyboard, sees their effect at once, and returns what is to last
@@ -84,7 +84,7 @@ class Preferences(unittest.TestCase):
         self.assertLess(after, before * 0.7)
         self.window.open("general").enter("Visible rows", "20")
         self.desktop.press("Return")
-        wait_until(lambda: self.window.text("Visible rows") == "3", 3, "the refused number to go back")
+        wait_until(lambda: self.window.text("Visible rows") == "3", PATIENCE, "the refused number to go back")
         self.assertEqual(self.picker_height("+smile"), after)
         return lambda: self.assertEqual(self.window.text("Visible rows"), "3")
 
@@ -120,16 +120,16 @@ class Preferences(unittest.TestCase):
         self.window.enter("Keywords", " zzq , ,stripes")
         self.window.enter("Text", "striped horse")
         self.window.press("Save")
-        wait_until(lambda: self.window.find("text", "Name") is None, 3, "the sheet to close")
+        wait_until(lambda: self.window.find("text", "Name") is None, PATIENCE, "the sheet to close")
         self.assertEqual(self.inserts("+zzq"), "striped horse")
         # The snippet stays selected: another Delete removes it, and nothing else.
         count = len(self.glyma.settings()["userReplacements"])
         self.window.open("replacements").press("Add replacement")
         self.window.enter("Name", "Gone")
         self.window.press("Save")
-        wait_until(lambda: self.window.find("text", "Name") is None, 3, "the sheet to close")
+        wait_until(lambda: self.window.find("text", "Name") is None, PATIENCE, "the sheet to close")
         self.window.press("Remove selected replacements")
-        wait_until(lambda: len(self.glyma.settings()["userReplacements"]) == count, 3, "one to be removed")
+        wait_until(lambda: len(self.glyma.settings()["userReplacements"]) == count, PATIENCE, "one to be removed")
 
         def kept():
             self.window.open("replacements").go_to("list", "Replacements")
@@ -162,7 +162,7 @@ class Preferences(unittest.TestCase):
         self.window.open("exclusions").press("Add excluded application")
         self.window.enter("Search applications…", "mousepad")
         self.desktop.press("Return")
-        wait_until(lambda: self.window.find("text", "Search applications…") is None, 3, "the sheet to close")
+        wait_until(lambda: self.window.find("text", "Search applications…") is None, PATIENCE, "the sheet to close")
         self.assertFalse(self.opens("+smile"))
         self.window.open("exclusions").go_to("list", "Excluded Applications")
         self.desktop.press("space")
@@ -206,13 +206,13 @@ class Preferences(unittest.TestCase):
         self.start()
         self.window.open("advanced").close()
         subprocess.run([BINARY], env=self.desktop.environment, timeout=10, check=True, stderr=subprocess.DEVNULL)
-        wait_until(self.window.is_open, 3, "the preferences")
-        wait_until(lambda: self.window.focused(), 3, "the window to get the keyboard by itself")
+        wait_until(self.window.is_open, PATIENCE, "the preferences")
+        wait_until(lambda: self.window.focused(), PATIENCE, "the window to get the keyboard by itself")
         self.assertTrue(self.window.has(self.window.get("page tab", "Advanced"), "SELECTED"))
         self.desktop.press("alt+p")
         self.window.wait_for("Accessibility")
         self.desktop.press("Escape")
-        wait_until(lambda: not self.window.is_open(), 3, "the preferences to close")
+        wait_until(lambda: not self.window.is_open(), PATIENCE, "the preferences to close")
         self.assertIsNone(self.glyma.process.poll())
 
     def test_deleting_everything_asks_and_leaves_what_is_not_ours(self):
@@ -224,7 +224,7 @@ class Preferences(unittest.TestCase):
         self.window.open("advanced").press("Delete App Container and Quit…")
         self.window.get("push button", "Delete and Quit")
         self.desktop.press("Return")
-        wait_until(lambda: self.window.find("push button", "Delete and Quit") is None, 3, "Return to cancel")
+        wait_until(lambda: self.window.find("push button", "Delete and Quit") is None, PATIENCE, "Return to cancel")
         self.assertIsNone(self.glyma.process.poll())
         self.window.press("Delete App Container and Quit…")
         self.window.press("Delete and Quit")

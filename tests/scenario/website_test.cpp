@@ -76,6 +76,10 @@ TEST_F(Websites, OnlyInBrowsersAndThereOnlyInPages) {
     manner = simulated::silent();
     browse("", "chromium");
     EXPECT_TRUE(opensHere()) << "nor anything else of it";
+
+    manner = simulated::slow(160ms);
+    browse("https://allowed.test/");
+    EXPECT_FALSE(opensHere()) << "a browser that does not answer may show any page";
 }
 
 // An excluded page gets exactly what was typed, whenever the program finds out.

@@ -66,7 +66,7 @@ bool PreferencesDesk::fillLibrary(const std::filesystem::path& referenceFiles) {
     const ResourceLocator files(referenceFiles);
     fonts::FontconfigCoverage coverage(log);
     auto store = Store::open(storeFile());
-    if (!store || !ImportPipeline{files, coverage, log, {}, {}}.run(*store))
+    if (!store || !ImportPipeline{files, coverage, log, {}}.run(*store))
         return false;
     catalogue.start();
     return true;

@@ -18,7 +18,7 @@ std::ptrdiff_t offsetOf(const TextMarker& marker) {
 }
 
 TextMarkerRange between(const TextMarker& one, const TextMarker& other) {
-    const auto [first, last] = std::minmax(offsetOf(one), offsetOf(other));
+    const auto [first, last] = std::minmax({offsetOf(one), offsetOf(other)});
     return markersOf({first, last - first});
 }
 

@@ -12,7 +12,7 @@ void VirtualClock::add(Lane lane, Duration due, std::function<void()> job) {
 
 void VirtualClock::post(std::function<void()> job) {
     const std::lock_guard lock(mutex_);
-    add(Lane::mainQueue, elapsed_, std::move(job));
+    add(Lane::mainQueue, elapsed_ + (isInTask() ? taskDelay_ : Duration{0}), std::move(job));
 }
 
 Subscription VirtualClock::after(Milliseconds delay, std::function<void()> job) {
@@ -50,9 +50,14 @@ void VirtualClock::repeat(Milliseconds interval, std::function<bool()> job) {
 void VirtualClock::run(std::function<void()> job) {
     const std::lock_guard lock(mutex_);
     add(Lane::world, elapsed_ + taskDuration_, [this, job = std::move(job)] {
-        isInTask_ = true;
+        {
+            const std::lock_guard beginning(mutex_);
+            taskThread_ = std::this_thread::get_id();
+            taskDelay_ = Duration{0};
+        }
         job();
-        isInTask_ = false;
+        const std::lock_guard ending(mutex_);
+        taskThread_.reset();
     });
 }
 
@@ -79,9 +84,7 @@ bool VirtualClock::runNext(Duration until, bool mainQueueToo) {
         jobs.erase(jobs.begin());
         elapsed_ = std::max(elapsed_, due);
     }
-    const bool wasInTask = std::exchange(isInTask_, false);
     job();
-    isInTask_ = wasInTask;
     return true;
 }
 
@@ -94,12 +97,16 @@ void VirtualClock::advance(Duration duration) {
 }
 
 void VirtualClock::sleep(Milliseconds duration) {
-    const auto until = elapsed() + duration;
-    const bool wasMainAsleep = isMainAsleep_;
-    isMainAsleep_ = isMainAsleep_ || !isInTask_;
-    while (runNext(until, !isMainAsleep_)) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (isInTask()) {
+            taskDelay_ += duration;
+            return;
+        }
     }
-    isMainAsleep_ = wasMainAsleep;
+    const auto until = elapsed() + duration;
+    while (runNext(until, false)) {
+    }
     const std::lock_guard lock(mutex_);
     elapsed_ = std::max(elapsed_, until);
 }

@@ -6,6 +6,8 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <thread>
 #include <utility>
 
 namespace glyma::simulated {
@@ -22,8 +24,8 @@ public:
     void post(std::function<void()> job) override;
     [[nodiscard]] Subscription after(Milliseconds delay, std::function<void()> job) override;
     [[nodiscard]] Subscription every(Milliseconds interval, std::function<void()> job) override;
-    /// Time passes for the world and the background tasks; the main queue waits, unless a background task
-    /// sleeps.
+    /// Time passes for the world and the background tasks; the main queue waits. In a background task only
+    /// what the task posts comes later.
     void sleep(Milliseconds duration) override;
     Timestamp now() const override;
     void run(std::function<void()> job) override;
@@ -48,6 +50,7 @@ private:
     /// Runs the next job due until then, if there is one.
     bool runNext(Duration until, bool mainQueueToo);
     void repeat(Milliseconds interval, std::function<bool()> job);
+    bool isInTask() const { return taskThread_ == std::this_thread::get_id(); }
     Duration mainQueueDue() const;
 
     mutable std::mutex mutex_;
@@ -56,8 +59,8 @@ private:
     Duration taskDuration_{1000};
     Timestamp start_{std::chrono::seconds(1'714'564'800)};
     std::uint64_t sequence_ = 0;
-    bool isInTask_ = false;     ///< what runs now is a background task
-    bool isMainAsleep_ = false; ///< the job of the main queue that runs now sleeps
+    std::optional<std::thread::id> taskThread_; ///< while a background task runs
+    Duration taskDelay_{0};                     ///< how long it has slept
     Jobs world_;
     Jobs mainQueue_;
 };

@@ -17,12 +17,12 @@ QueryReading readingOf(const char* text) {
 TEST(PolledQuery, FindsTheQueryBehindTheLastTriggerOnTheLine) {
     using enum QueryReading::Outcome;
     EXPECT_EQ(queryIn(std::nullopt, ":").outcome, unavailable);
-    EXPECT_EQ(queryIn("", ":"), (QueryReading{noQuery, "", true}));
+    EXPECT_EQ(queryIn("", ":"), (QueryReading{noQuery, "", "", true}));
     EXPECT_EQ(queryIn("no trigger", ":").outcome, noQuery);
     EXPECT_EQ(queryIn("a:b\nc", ":").outcome, noQuery) << "a query never spans lines";
     EXPECT_EQ(queryIn("a:b\n:c d", ":").query, "c d");
     EXPECT_EQ(queryIn("12:30 :smi", ":").query, "smi");
-    EXPECT_EQ(queryIn("a:", ":"), (QueryReading{query, "", false}));
+    EXPECT_EQ(queryIn("a:", ":"), (QueryReading{query, "", "a:", false}));
     EXPECT_EQ(queryIn("👩‍🚒ü:é😀", ":").query, "é😀");
 }
 
@@ -71,6 +71,10 @@ TEST(PolledQuery, TakesReadingsAgainstTheKeys) {
         {"the trigger itself deleted",
          {{"\b", ":", 1, emptied, "s"}, {"\b", "x", 1, nothing, "s"}, {"", "x", 6, lost, "s"}}},
         {"the trigger as a query", {{":", ":s", 1, nothing, "s"}, {"", ":s:", 2, emptied, "s"}}},
+        {"undone: the last trigger is an older one",
+         {{"m", "12:30 :sm", 1, same, "sm"}, {"^", "12:30 ", 1, lost, "sm"}}},
+        {"pasted with a trigger in it",
+         {{"m", "12:30 :sm", 1, same, "sm"}, {"^", "12:30 :smx:y", 1, changed, "y"}}},
         {"a line feed", {{"m", ":sm", 1, same, "sm"}, {"", ":sm\n", 2, lost, "sm"}}},
     };
     for (const auto& [what, steps] : cases) {
@@ -111,6 +115,10 @@ TEST(PolledQuery, DeletesWhatTheTextHolds) {
     EXPECT_EQ(polled.deletion(readingOf("x:e\u0301👩‍🚒")), (Deletion{3, ":e\u0301👩‍🚒"}));
     EXPECT_EQ(polled.deletion(readingOf("nothing left")), std::nullopt);
     EXPECT_EQ(polled.deletion({}), (Deletion{8, ":smileys"})) << "only keys have changed the text";
+    polled.type("x");
+    polled.deleteLast();
+    EXPECT_TRUE(polled.accountsForKeys(readingOf("x:smileys")));
+    EXPECT_FALSE(polled.certainlyAccountsForKeys(readingOf("x:smileys"))) << "the x may be still to come";
     polled.disturb();
     EXPECT_EQ(polled.deletion({}), std::nullopt) << "nobody knows what a command has done";
     EXPECT_FALSE(polled.mayBeLate(readingOf("x:smil")));

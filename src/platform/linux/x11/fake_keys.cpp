@@ -65,6 +65,10 @@ EchoLedger::Batch FakeKeys::write(const Connection& connection, EchoLedger& echo
     }
     const bool isHeld = hold && hold->stands();
     bool isOpen = !isHeld;
+    // A busy server may turn to another client amid the batch, which may be the one that types for the user:
+    // a keyboard on the screen, a remote desktop.
+    if (isHeld)
+        xcb_grab_server(connection.get());
     if (hold && !isHeld)
         hold->letThrough(); // a passive grab may be on
     const auto setOpen = [&](bool value) {
@@ -75,12 +79,6 @@ EchoLedger::Batch FakeKeys::write(const Connection& connection, EchoLedger& echo
     for (const auto& each : moves_) {
         const bool isAgain =
             each.key.isPress && !(isHeld && each.isHidden) && !last.isPress && each.key.key == last.key;
-        if (isAgain && isHeld) {
-            setOpen(false);
-            hold->pause(betweenPresses);
-            moveKey(connection, {each.key.key, false}, each.device,
-                    0); // the user may have pressed it meanwhile
-        }
         setOpen(!each.isHidden);
         if (each.locks)
             xcb_xkb_latch_lock_state(connection.get(), XCB_XKB_ID_USE_CORE_KBD, everyModifier,
@@ -92,6 +90,8 @@ EchoLedger::Batch FakeKeys::write(const Connection& connection, EchoLedger& echo
             last = each.key;
     }
     setOpen(false);
+    if (isHeld)
+        xcb_ungrab_server(connection.get());
     if (witness != XCB_WINDOW_NONE)
         sendMark(connection, witness, {.batch = batch, .isEnd = true});
     return batch;

@@ -22,7 +22,8 @@ struct FrontApplicationTracker::Reader {
             return {};
         const auto identity = windows.identity(window);
         FrontApplication front{.identifier = desktopEntryOf ? desktopEntryOf(identity) : std::nullopt,
-                               .process = windows.process(window)};
+                               .process = windows.process(window),
+                               .window = window};
         for (const auto* said : {&identity.applicationId, &identity.wmClassName, &identity.wmClassInstance})
             if (!front.identifier && !said->empty())
                 front.identifier = *said;

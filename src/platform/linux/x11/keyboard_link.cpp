@@ -215,7 +215,21 @@ bool KeyboardLink::inject(std::span<const KeyChord> chords, HoldNumber hold) {
     return hold != 0 && currentHold_ == hold && isOpen() && injectNow(chords);
 }
 
+/// Past a hold chord by chord, with the pauses in between: within a batch our own keys can be mistaken for
+/// the user's, who goes on typing.
 bool KeyboardLink::injectNow(std::span<const KeyChord> chords) {
+    if (!isHolding_)
+        return injectBatch(chords);
+    bool isComplete = true;
+    for (std::size_t index = 0; index < chords.size(); ++index) {
+        if (index > 0 && chords[index].keyCode == chords[index - 1].keyCode)
+            hold_->pause(FakeKeys::betweenPresses);
+        isComplete = injectBatch(chords.subspan(index, 1)) && isComplete;
+    }
+    return isComplete;
+}
+
+bool KeyboardLink::injectBatch(std::span<const KeyChord> chords) {
     const auto held = readHeldKeys(*connection_, readKeyboards(*connection_));
     for (const auto& swallowed : swallow())
         drop(swallowed);

@@ -105,6 +105,7 @@ private:
     std::vector<SwallowedKey> swallow();
     bool isHeard(const xcb_generic_event_t& event) const;
     bool injectNow(std::span<const KeyChord> chords);
+    bool injectBatch(std::span<const KeyChord> chords);
     void drop(const SwallowedKey& swallowed);
     bool isMovable(xcb_input_device_id_t device);
     void wake() const;

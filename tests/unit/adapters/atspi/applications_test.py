@@ -1,6 +1,7 @@
 """Real applications through the accessibility adapter. GLYMA_PROBE names the program atspi_probe."""
 
 import os
+import re
 import signal
 import time
 import unittest
@@ -62,6 +63,44 @@ class ApplicationTest(unittest.TestCase):
         self.assertLessEqual(before[0] + before[2], end[0])
         self.assertEqual(end[2], 1)
 
+    def check_wrong_ranges(self, caret):
+        """A caret that an application tells wrongly must not look like a text that is empty or shorter."""
+        for location, length in ((1000, 100), (caret + 1, 50), (-5, 3), (3, -1), (2**40, 1)):
+            self.assertEqual(self.probe("ask", "AXStringForRange", location, length), None, (location, length))
+        self.assertIn(self.probe.last["error"], ("no value", "failed"))
+        self.assertEqual(self.probe("ask", "AXStringForRange", 0, 0), "")
+        self.assertEqual(self.probe("ask", "AXStringForRange", 0, caret + 1), TEXT + ":abc")
+        # Right after the caret has been read, from the middle of a pair of units.
+        self.assertEqual(self.probe("get", "AXSelectedTextRange"), [caret, 0])
+        self.assertEqual(self.probe("ask", "AXStringForRange", caret - 5, 5)[-4:], " :ab")
+
+    def check_drag(self, window):
+        """The window manager moves the window step by step; its place is right at each of them."""
+        def place():
+            self.assertTrue(self.probe("window"), self.probe.last)
+            self.assertEqual(self.probe("get", "AXRole"), "AXWindow")
+            return self.probe("get", "AXPosition")
+        def real_place():
+            # xdotool counts the frame twice.
+            lines = self.desktop.run("xwininfo", "-id", window)
+            corner = [int(re.search(rf"Absolute upper-left {axis}: *(-?\d+)", lines)[1]) for axis in "XY"]
+            extents = self.desktop.run("xprop", "-id", window, "_GTK_FRAME_EXTENTS").partition("=")[2]
+            left, _, top, _ = [int(part) for part in extents.split(",")] if extents else (0, 0, 0, 0)
+            return [corner[0] + left, corner[1] + top]
+        self.desktop.run("xdotool", "windowsize", "--sync", window, "500", "300")
+        self.desktop.run("xdotool", "windowmove", "--sync", window, "60", "70")
+        self.assertTrue(wait_until(lambda: place() == real_place(), 1), (place(), real_place()))
+        caret = self.probe("focus") and self.probe("ask", "AXBoundsForRange", 0, 1)
+        before = place()
+        for step in range(1, 6):
+            self.desktop.run("xdotool", "windowmove", window, str(60 + 37 * step), str(70 + 23 * step))
+            self.assertTrue(wait_until(lambda: place() == real_place(), 0.1), (place(), real_place()))
+        moved = [now - then for now, then in zip(place(), before)]
+        self.assertTrue(moved[0] > 150 and moved[1] > 80, moved)
+        self.assertTrue(wait_until(lambda: [now - then for now, then in zip(
+            self.probe("focus") and self.probe("ask", "AXBoundsForRange", 0, 1), caret)][:2] == moved, 2),
+            "the text has moved along")
+
     def check_hang(self, process_id):
         self.probe("focus")
         os.kill(process_id, signal.SIGSTOP)
@@ -98,6 +137,9 @@ class ApplicationTest(unittest.TestCase):
         caret = self.write()
         self.focus("AXTextArea")
         self.check_rectangles(caret, identifier)
+        self.check_wrong_ranges(caret)
+        self.check_drag(identifier)
+        self.assertTrue(self.probe("focus"))
         self.assertTrue(self.probe("settable", "AXSelectedText"))
         self.select_query(caret)
         self.assertTrue(self.probe("set", "AXSelectedText", "🙂é\nz"), self.probe.last)
@@ -125,9 +167,13 @@ class ApplicationTest(unittest.TestCase):
         self.check_editor(["featherpad"], "^.?Untitled$")
 
     def test_xterm_answers_nothing(self):
-        self.desktop.open("xterm", window="xterm")
+        window = self.desktop.open("xterm", window="xterm")[1]
         self.assertTrue(wait_until(lambda: self.probe.error("focus") == "no value", 3))
         self.assertLess(self.probe.last["ms"], DEADLINE_MS)
+        self.assertTrue(self.probe("window"), "but has a window")
+        self.assertEqual(self.probe("get", "AXSize")[1], int(dict(line.split("=") for line in self.desktop.run(
+            "xdotool", "getwindowgeometry", "--shell", window).split())["HEIGHT"]))
+        self.assertEqual(self.probe.error("page"), "no value")
 
     def test_firefox(self):
         page = os.path.join(self.desktop.home, "page.html")
@@ -150,6 +196,7 @@ class ApplicationTest(unittest.TestCase):
                 caret = self.write()
                 self.focus(role)
                 self.check_rectangles(caret, window)
+                self.check_wrong_ranges(caret)
                 self.select_query(caret)
                 # The page does not let itself be edited; pasting over the selection has to do.
                 self.assertEqual(self.probe.error("set", "AXSelectedText", "🙂"), "unsupported")

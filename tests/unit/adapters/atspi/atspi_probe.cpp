@@ -55,6 +55,10 @@ public:
             return focus(accessibility_.systemWide(), attribute::focusedElement);
         if (name == "focusOf")
             return focus(accessibility_.application(command.at(1).get<pid_t>()), attribute::focusedElement);
+        if (name == "window")
+            return focusedWindow();
+        if (name == "page")
+            return focus(element_, attribute::page);
         if (name == "parent")
             return focus(element_, attribute::parent);
         if (name == "at")
@@ -84,6 +88,11 @@ private:
         if (found)
             element_ = std::get<ElementReference>(*found);
         return result(found);
+    }
+
+    json focusedWindow() {
+        const auto application = focus(accessibility_.systemWide(), attribute::focusedApplication);
+        return application.contains("error") ? application : focus(element_, attribute::focusedWindow);
     }
 
     json hit(Point point) {

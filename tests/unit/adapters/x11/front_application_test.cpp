@@ -62,20 +62,32 @@ TEST_F(FrontApplicationTest, followsTheActiveWindowAndNamesIt) {
     set(kde, "_KDE_NET_WM_DESKTOP_FILE", "org.kde.kate.desktop");
     set(plain, "WM_CLASS", std::string("xterm\0XTerm", 11)); // one that forgets the last null
     const auto tracker = makeTracker();
-    const FrontApplication expectedKnown{"org.known.App", 4711};
+    const FrontApplication expectedKnown{"org.known.App", 4711, known.window()};
     activate(known.window());
     EXPECT_TRUE(sees(expectedKnown));
     EXPECT_EQ(tracker->current(), expectedKnown);
     activate(gtk.window());
-    EXPECT_TRUE(sees({"org.gnome.TextEditor", ourselves})) << "the process by the server's word";
+    EXPECT_TRUE(sees({"org.gnome.TextEditor", ourselves, gtk.window()}))
+        << "the process by the server's word";
     activate(kde.window());
-    EXPECT_TRUE(sees({"org.kde.kate", ourselves}));
+    EXPECT_TRUE(sees({"org.kde.kate", ourselves, kde.window()}));
     activate(plain.window());
-    EXPECT_TRUE(sees({"XTerm", ourselves}));
+    EXPECT_TRUE(sees({"XTerm", ourselves, plain.window()}));
     activate(gtk.window());
     gtk.destroy();
     queue.run();
     EXPECT_EQ(tracker->current(), FrontApplication{}) << "the window has gone before the property";
+}
+
+TEST_F(FrontApplicationTest, tellsTheWindowsOfOneApplicationApart) {
+    const auto tracker = makeTracker();
+    Target first(server.display()), second(server.display());
+    for (const auto* window : {&first, &second})
+        set(*window, "WM_CLASS", std::string("known\0Known\0", 12));
+    activate(first.window());
+    EXPECT_TRUE(sees({"org.known.App", ourselves, first.window()}));
+    activate(second.window());
+    EXPECT_TRUE(sees({"org.known.App", ourselves, second.window()}));
 }
 
 TEST_F(FrontApplicationTest, theFocusServesWithoutAWindowManager) {
@@ -85,9 +97,9 @@ TEST_F(FrontApplicationTest, theFocusServesWithoutAWindowManager) {
     Target second(server.display());
     set(second, "WM_CLASS", std::string("second\0Second\0", 14));
     first.takeFocus();
-    EXPECT_TRUE(sees({"First", ourselves}));
+    EXPECT_TRUE(sees({"First", ourselves, first.window()}));
     second.takeFocus();
-    EXPECT_TRUE(sees({"Second", ourselves}));
+    EXPECT_TRUE(sees({"Second", ourselves, second.window()}));
     EXPECT_EQ(tracker->current().identifier, "Second");
 }
 
