@@ -22,11 +22,12 @@ using namespace std::chrono_literals;
 
 constexpr int shows = 60;
 constexpr int starts = 25;
-constexpr double paintLimit = 16;   // ms
-constexpr double startLimit = 150;  // ms
-constexpr double memoryLimit = 20;  // MB
-constexpr double wakeUpLimit = 0.2; // a second
-constexpr double idleLimit = 10;    // ms of a processor
+constexpr double paintLimit = 16;  // ms
+constexpr double startLimit = 150; // ms
+constexpr double memoryLimit = 20; // MB
+// A check each five seconds sleeps twice: until its time, and for the X server's answer.
+constexpr double wakeUpLimit = 0.45; // a second
+constexpr double idleLimit = 10;     // ms of a processor
 constexpr auto startTime = 4s;
 constexpr auto idleTime = 60s;
 
