@@ -29,6 +29,8 @@ constexpr double memoryLimit = 20; // MB
 constexpr double wakeUpLimit = 0.45; // a second
 constexpr double idleLimit = 10;     // ms of a processor
 constexpr auto startTime = 4s;
+/// After this nothing that a start brings is still to come: five seconds on, the tray is looked for.
+constexpr auto settlingTime = 8s;
 constexpr auto idleTime = 60s;
 
 // Codes of the evdev rules, layout "us", with which Xvfb starts.
@@ -212,7 +214,7 @@ bool measureProgram(const std::filesystem::path& programs, const std::string& pr
     isGood = measureMemory(programs, program) && isGood;
 
     const Process running({program});
-    std::this_thread::sleep_for(startTime);
+    std::this_thread::sleep_for(settlingTime);
     isGood = measureIdleness(running) && isGood;
     XClient client;
     client.openTarget();
