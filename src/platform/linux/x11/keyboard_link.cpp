@@ -230,15 +230,28 @@ bool KeyboardLink::injectNow(std::span<const KeyChord> chords) {
 }
 
 bool KeyboardLink::injectBatch(std::span<const KeyChord> chords) {
-    const auto held = readHeldKeys(*connection_, readKeyboards(*connection_));
     for (const auto& swallowed : swallow())
         drop(swallowed);
-    auto plan = planInjection(chords, held, *map_, readLayout(*connection_));
-    restoringBatch_ = plan.keys.write(*connection_, echoes_, witness_, &*hold_);
-    restored_ = std::move(plan.restored);
+    const bool isComplete = moveKeys([&](const std::vector<HeldKey>& down) {
+        return planInjection(chords, down, *map_, readLayout(*connection_));
+    });
     (void)connection_->focus(); // its answer comes when all keys have been moved
     wake();
-    return plan.isComplete && isOpen();
+    return isComplete && isOpen();
+}
+
+/// Past a hold nobody else is served from looking at the keys to the last mark: a Shift that another client
+/// presses or lets go for the user in between (a keyboard on the screen, a remote desktop) would change what
+/// is typed, or stay down.
+bool KeyboardLink::moveKeys(const std::function<Injection(const std::vector<HeldKey>& down)>& plan) {
+    const auto keyboards = readKeyboards(*connection_);
+    std::optional<ServerGrab> alone;
+    if (isHolding_)
+        alone.emplace(*connection_);
+    auto planned = plan(readHeldKeys(*connection_, keyboards));
+    restoringBatch_ = planned.keys.write(*connection_, echoes_, witness_, &*hold_);
+    restored_ = std::move(planned.restored);
+    return planned.isComplete;
 }
 
 std::vector<HeldKey> KeyboardLink::restoredBy(EchoLedger::Batch batch) {
@@ -297,12 +310,16 @@ std::vector<TimedMove> KeyboardLink::takeKept() {
     return hold_->takeKept();
 }
 
-void KeyboardLink::replay(const FakeKeys& keys, std::vector<HeldKey> restored) {
+void KeyboardLink::replay(const std::function<Injection(const std::vector<HeldKey>& down)>& plan) {
     const std::scoped_lock lock(mutex_);
     if (!isOpen())
         return;
-    restoringBatch_ = keys.write(*connection_, echoes_, witness_, &*hold_);
-    restored_ = std::move(restored);
+    moveKeys([&](std::vector<HeldKey> down) {
+        for (auto& each : down)
+            if (!isMovable(each.device))
+                each.device = FakeKeys::ownDevice;
+        return plan(down);
+    });
     connection_->flush();
 }
 

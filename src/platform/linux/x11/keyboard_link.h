@@ -79,8 +79,9 @@ public:
     /// before the call.
     std::vector<TimedMove> takeKept();
     /// Moves keys of the user past the hold.
-    /// \param restored  as restoredBy() is to answer.
-    void replay(const FakeKeys& keys, std::vector<HeldKey> restored);
+    /// \param plan  makes the moves from the keys that are down, on devices as deviceFor() gives them. Nobody
+    ///              else is served meanwhile: it must not wait for the server.
+    void replay(const std::function<Injection(const std::vector<HeldKey>& down)>& plan);
     /// Lets pass what has to pass between two presses of one key.
     void pause();
     /// The device on which a key of this keyboard can be moved.
@@ -106,6 +107,7 @@ private:
     bool isHeard(const xcb_generic_event_t& event) const;
     bool injectNow(std::span<const KeyChord> chords);
     bool injectBatch(std::span<const KeyChord> chords);
+    bool moveKeys(const std::function<Injection(const std::vector<HeldKey>& down)>& plan);
     void drop(const SwallowedKey& swallowed);
     bool isMovable(xcb_input_device_id_t device);
     void wake() const;

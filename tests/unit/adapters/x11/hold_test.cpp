@@ -182,21 +182,41 @@ TEST_F(HoldTest, deliveryStopsWhereTheNextHoldBegins) {
     EXPECT_EQ(choices, 2);
 }
 
-TEST_F(HoldTest, nothingIsLostOrTurnedRoundHoweverTypingAndInsertionsMeet) {
+class HoldStressTest : public HoldTest, public ::testing::WithParamInterface<User::Device> {};
+
+INSTANTIATE_TEST_SUITE_P(, HoldStressTest, ::testing::Values(User::Device::own, User::Device::xtest),
+                         [](const auto& device) {
+                             return device.param == User::Device::own ? "onAKeyboardOfItsOwn"
+                                                                      : "onTheKeyboardOfPrograms";
+                         });
+
+// Every third letter is a capital, its Shift pressed and let go as close to it as a program would.
+TEST_P(HoldStressTest, nothingIsLostOrTurnedRoundHoweverTypingAndInsertionsMeet) {
     constexpr int typedKeys = 4000;
     const std::vector letters = {pc::s, pc::d, pc::f, pc::a, pc::e, pc::q};
     Lines expected;
     std::atomic<bool> isDone = false;
     std::thread typist([&] {
-        User fast(server->display());
+        User fast(server->display(), GetParam());
+        const auto pause = [](int number) {
+            std::this_thread::sleep_for(std::chrono::microseconds(number % 7 * 150));
+        };
         for (int index = 0; index < typedKeys; ++index) {
-            const auto key = index % 40 == 13   ? pc::one
-                             : index % 40 == 20 ? pc::returnKey
-                                                : letters[static_cast<std::size_t>(index * 7 % 11) % 6];
+            const bool isReturn = index % 40 == 20;
+            const auto key = index % 40 == 13 ? pc::one
+                             : isReturn       ? pc::returnKey
+                                              : letters[static_cast<std::size_t>(index * 7 % 11) % 6];
+            const bool isShifted = index % 3 == 0 && key != pc::one && !isReturn;
+            if (isShifted)
+                fast.press(pc::shift);
+            pause(index / 3);
             fast.tap(key);
-            if (key != pc::returnKey)
-                expected.push_back(fmt::format("+{}", key));
-            std::this_thread::sleep_for(std::chrono::microseconds(index % 7 * 150));
+            pause(index / 5);
+            if (isShifted)
+                fast.release(pc::shift);
+            if (!isReturn)
+                expected.push_back(fmt::format("+{}{}", key, isShifted ? "/1" : ""));
+            pause(index);
         }
         fast.sync();
         isDone = true;
@@ -215,10 +235,11 @@ TEST_F(HoldTest, nothingIsLostOrTurnedRoundHoweverTypingAndInsertionsMeet) {
     settle();
     Lines got;
     int injected = 0;
-    for (const auto& line : target->keys())
-        if (line == "+22" || line == "+55")
+    for (const auto& line : target->record())
+        if (line == "+22" || line == "+55/4")
             ++injected;
-        else if (line.starts_with("+") && line != "+37" && line != "+95" && line != "+36")
+        else if (line.starts_with("+") && !line.starts_with("+37") && !line.starts_with("+50") &&
+                 line != "+95" && line != "+36")
             got.push_back(line);
     const auto [wrong, right] = std::ranges::mismatch(got, expected);
     EXPECT_EQ(got, expected) << "from key " << wrong - got.begin() << " on: "
