@@ -95,6 +95,8 @@ void HeldTyping::deliverPress(Event& event) {
     const auto key = event.move.key.key;
     if (isLock(key))
         return; // its effect is in the locks of the keys that follow
+    if (event.heard)
+        event.heard->hasReachedApplication = event.hasReachedApplication;
     if (event.heard && tap_.hear(*event.heard) == Verdict::consume)
         return;
     if (event.hasReachedApplication) {

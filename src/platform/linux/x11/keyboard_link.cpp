@@ -10,6 +10,19 @@
 
 namespace glyma::x11 {
 
+namespace {
+
+constexpr std::size_t mostGrabbed = 32;
+
+/// Whether a key takes effect later than its raw event, or not at all: as an aid for hands that tremble.
+bool delaysKeys(const Connection& connection) {
+    const auto cookie = xcb_xkb_get_controls(connection.get(), XCB_XKB_ID_USE_CORE_KBD);
+    const auto reply = owned(xcb_xkb_get_controls_reply(connection.get(), cookie, nullptr));
+    return reply && (reply->enabledControls & (XCB_XKB_BOOL_CTRL_SLOW_KEYS | XCB_XKB_BOOL_CTRL_BOUNCE_KEYS));
+}
+
+} // namespace
+
 KeyboardLink::KeyboardLink(std::string display, std::function<void(std::string_view)> report)
     : display_(std::move(display))
     , report_(std::move(report)) {}
@@ -151,9 +164,27 @@ void KeyboardLink::readEvents() {
     while (const auto event = connection_->pollEvent()) {
         if (isHolding_ && !isHeard(*event) && hold_->keep(*event))
             continue;
-        if (const auto swallowed = grabs_->handle(*event))
+        if (const auto swallowed = grabs_->handle(*event)) {
             toDrop_.push_back(*swallowed);
+            grabbed_.push_back({{swallowed->key, true}, swallowed->time});
+            if (grabbed_.size() > mostGrabbed)
+                grabbed_.pop_front();
+        }
     }
+}
+
+/// The server makes the raw event of a press and the event of its grab in one go.
+bool KeyboardLink::hasSlipped(const KeyEvent& event, const TimedMove& press) {
+    const std::scoped_lock lock(mutex_);
+    if (!isOpen() || isHolding_ || isSilent_ || !isClaimed(claims_, event.keyCode, event.flags))
+        return false;
+    (void)connection_->focus();
+    readEvents();
+    return !hasGrabbed(press) && !delaysKeys(*connection_);
+}
+
+bool KeyboardLink::hasGrabbed(const TimedMove& press) {
+    return std::ranges::find(grabbed_, press) != grabbed_.end();
 }
 
 std::vector<SwallowedKey> KeyboardLink::swallow() {

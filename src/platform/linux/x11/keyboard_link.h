@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -48,6 +49,10 @@ public:
     void reloadMap();
     /// Whether the claims cover a press of this key now.
     bool consumes(xcb_keycode_t key, ModifierMask modifiers) const;
+
+    /// Whether this press of the user's, heard while typing is not held, has not been kept from the
+    /// application although it is claimed by now. One round trip where it is claimed. Tap thread.
+    bool hasSlipped(const KeyEvent& event, const TimedMove& press);
 
     /// Deals with what the server sent. To be called when `descriptor()` is readable and when woken. Tap
     /// thread. \return the keys that were kept from the application. They count as released from then on, for
@@ -104,6 +109,7 @@ private:
     void apply();
     void readEvents();
     std::vector<SwallowedKey> swallow();
+    bool hasGrabbed(const TimedMove& press);
     bool isHeard(const xcb_generic_event_t& event) const;
     bool injectNow(std::span<const KeyChord> chords);
     bool injectBatch(std::span<const KeyChord> chords);
@@ -137,6 +143,8 @@ private:
     };
     std::vector<CachedList> lists_;
     std::vector<SwallowedKey> toDrop_;
+    /// The last presses that our passive grabs have kept.
+    std::deque<TimedMove> grabbed_;
     std::vector<SwallowedKey> swallowed_;
     std::map<xcb_input_device_id_t, bool> movable_;
     EchoLedger::Batch restoringBatch_ = 0;

@@ -218,7 +218,10 @@ void TapListener::handleRaw(const xcb_input_raw_key_press_event_t& event) {
 
 void TapListener::hearLive(const HeldTyping::Event& event) {
     link_.setHeard(event.move);
-    if (!event.heard || deliver(*event.heard) == Verdict::pass)
+    auto heard = event.heard;
+    if (heard)
+        heard->hasReachedApplication = link_.hasSlipped(*heard, event.move);
+    if (!heard || deliver(*heard) == Verdict::pass)
         held_.reachedApplication(event.move.key, event.device);
 }
 
