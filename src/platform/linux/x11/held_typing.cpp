@@ -41,6 +41,7 @@ void HeldTyping::deliver() {
 /// by then, is down for the server, which drops his next press of it.
 void HeldTyping::sort() {
     auto arrived = std::exchange(arrived_, {});
+    examined_ = 0;
     if (arrived.empty())
         return;
     readKept();
@@ -55,6 +56,20 @@ void HeldTyping::sort() {
             key.isPress && !event.wasKept && !pressed_.contains(key.key) && !shown_.contains(key.key);
         waiting_.push_back(std::move(event));
     }
+}
+
+bool HeldTyping::hasLeaked() {
+    if (examined_ >= arrived_.size())
+        return false;
+    readKept();
+    const auto isLeak = [&](const Event& event) {
+        const auto key = event.move.key.key;
+        return event.move.key.isPress && event.heard && !event.mayBeOurs && !shown_.contains(key) &&
+               !pressed_.contains(key) && std::ranges::find(kept_, event.move) == kept_.end();
+    };
+    const auto first =
+        arrived_.begin() + static_cast<std::ptrdiff_t>(std::exchange(examined_, arrived_.size()));
+    return std::any_of(first, arrived_.end(), isLeak);
 }
 
 bool HeldTyping::takeKept(const TimedMove& move, xcb_timestamp_t tolerance) {
@@ -214,6 +229,7 @@ bool HeldTyping::finish() {
 }
 
 void HeldTyping::giveUp() {
+    examined_ = 0;
     for (auto& event : std::exchange(arrived_, {}))
         if (link_.isHolding()) // the one before it has begun a hold
             keep(std::move(event));

@@ -60,6 +60,9 @@ public:
 
     // While typing is held
     void keep(Event event) { arrived_.push_back(std::move(event)); }
+    /// Whether something typed behind the key that chose has reached the application, because the hold did
+    /// not stand yet. One round trip when something new has been typed.
+    bool hasLeaked();
     /// Delivers what waits until a new hold begins, or nothing waits any more and typing is free again.
     void deliver();
     /// Gives back what arrived although typing could not be held.
@@ -88,6 +91,7 @@ private:
     /// Down for the application.
     Keys shown_;
     std::vector<Event> arrived_;
+    std::size_t examined_ = 0; ///< of arrived_, by hasLeaked()
     /// What the grab has told of and the tap has not.
     std::vector<TimedMove> kept_;
     std::deque<Event> waiting_;

@@ -364,6 +364,9 @@ void TapListener::readEvents() {
 }
 
 void TapListener::watchHold() {
+    // What is to be deleted is no longer what stands before the caret.
+    if (link_.currentHold() != 0 && held_.hasLeaked())
+        link_.release(link_.currentHold());
     const auto current = link_.currentHold();
     if (holdTimer_.clear() && watched_ == current)
         link_.release(watched_);

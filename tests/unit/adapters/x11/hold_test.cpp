@@ -36,6 +36,8 @@ protected:
             open(true);
         if (!isOpen_ || event.keyCode != keycode::returnKey)
             return Verdict::pass;
+        if (beforeHold)
+            beforeHold();
         const std::scoped_lock lock(mutex_);
         hold_ = tap->holdTyping();
         ++choices;
@@ -77,6 +79,8 @@ protected:
     }
 
     std::atomic<int> choices = 0;
+    /// Called when a choice has been heard.
+    std::function<void()> beforeHold;
 
 private:
     std::mutex mutex_;
@@ -222,11 +226,12 @@ TEST_P(HoldStressTest, nothingIsLostOrTurnedRoundHoweverTypingAndInsertionsMeet)
         isDone = true;
     });
     int round = 0;
+    int sent = 0; // less than all: a key may come before a hold stands and ends it then
     while (!isDone || isHeld()) {
         if (const auto hold = takeHold()) {
-            hold->inject(std::vector{backspace, backspace, backspace});
+            sent += hold->inject(std::vector{backspace, backspace, backspace}) ? 3 : 0;
             std::this_thread::sleep_for(std::chrono::milliseconds(++round % 12));
-            hold->inject(std::vector{paste});
+            sent += hold->inject(std::vector{paste}) ? 1 : 0;
         }
         std::this_thread::yield();
     }
@@ -248,7 +253,8 @@ TEST_P(HoldStressTest, nothingIsLostOrTurnedRoundHoweverTypingAndInsertionsMeet)
                              << ::testing::PrintToString(Lines(right, std::min(right + 8, expected.end())));
     EXPECT_EQ(got.size(), expected.size());
     EXPECT_EQ(choices, typedKeys / 40);
-    EXPECT_EQ(injected, choices * 4);
+    EXPECT_EQ(injected, sent);
+    EXPECT_GT(sent, choices * 2);
     EXPECT_EQ(user->modifiers(), 0);
 }
 
@@ -264,6 +270,26 @@ TEST_F(HoldTest, endsByItselfAndInjectsNoMore) {
     EXPECT_THAT(targetKeys(), ElementsAre("+39", "-39"));
     user->tap(pc::d);
     EXPECT_THAT(targetKeys(), ElementsAre("+40", "-40"));
+}
+
+// Return is up again before a busy tap has heard of it: what follows is the application's, and what was to be
+// deleted no longer stands before the caret.
+TEST_F(HoldTest, aKeyThatCameBeforeItStoodEndsIt) {
+    user->tap(pc::one);
+    settle();
+    target->record();
+    beforeHold = [&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        user->tap(pc::s);
+        user->sync();
+    };
+    user->tap(pc::returnKey);
+    ASSERT_TRUE(eventually([&] { return choices == 1 && !isHeld() && !tap->link()->isHolding(); }));
+    EXPECT_FALSE(takeHold()->inject(std::vector{backspace}));
+    user->tap(pc::d);
+    auto keys = targetKeys();
+    std::erase_if(keys, [](const std::string& line) { return !line.starts_with("+"); });
+    EXPECT_THAT(keys, ElementsAre("+39", "+40"));
 }
 
 TEST_F(HoldTest, isRefusedWhileSomebodyElseHasTheKeyboard) {
