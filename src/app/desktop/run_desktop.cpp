@@ -10,6 +10,7 @@
 #include "platform/linux/x11/connection.h"
 #include "platform/linux/xdg/files.h"
 #include "platform/linux/xdg/journal_log_sink.h"
+#include "translation/translations.h"
 
 #include <QApplication>
 #include <fmt/format.h>
@@ -105,6 +106,7 @@ int runDesktop(int argc, char** argv, const std::optional<std::string>& tab) {
         return fail(display.error());
     const QApplication application(argc, argv);
     prepareApplication();
+    const Translations translations;
     const TerminationSignals signals([] { QApplication::quit(); });
     std::unique_ptr<DesktopProgram> program;
     dbus::SingleInstance instance(requestsFor(program));
