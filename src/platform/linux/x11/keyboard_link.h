@@ -55,10 +55,10 @@ public:
     bool hasSlipped(const KeyEvent& event, const TimedMove& press);
 
     /// Reads what the server sent. To be called when `descriptor()` is readable and when woken. Tap thread.
-    /// eturn whether handleEvents() is to let a key go.
+    /// \return whether handleEvents() is to let a key go.
     bool hasSwallowed();
     /// Deals with what hasSwallowed() has read.
-    /// eturn the keys that were kept from the application. They count as released from then on, for the
+    /// \return the keys that were kept from the application. They count as released from then on, for the
     ///         application and the server: so that they hold nothing else back, do not repeat, and are never
     ///         seen to be released.
     std::vector<SwallowedKey> handleEvents();
