@@ -7,11 +7,11 @@ set -euo pipefail
 build=(
     ca-certificates ccache cmake g++ git ninja-build pkg-config
     libatspi2.0-dev libcli11-dev libdbus-1-dev libfmt-dev libfontconfig-dev libglib2.0-dev libharfbuzz-dev libicu-dev
-    libsqlite3-dev libsqlitecpp-dev libsystemd-dev nlohmann-json3-dev qt6-base-dev qt6-svg-dev
+    libsqlite3-dev libsqlitecpp-dev libsystemd-dev nlohmann-json3-dev qt6-base-dev qt6-l10n-tools qt6-svg-dev
     libxcb1-dev libxcb-record0-dev libxcb-res0-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-xinput-dev
     libxcb-xkb-dev libxcb-xtest0-dev libxkbcommon-dev libxkbcommon-x11-dev
 )
-run=(at-spi2-core fonts-dejavu-core fonts-noto-color-emoji libqt6svg6)
+run=(at-spi2-core fonts-dejavu-core fonts-noto-color-emoji libqt6svg6 qt6-translations-l10n)
 demo=(
     dbus dconf-gsettings-backend gir1.2-atspi-2.0 imagemagick libglib2.0-bin mousepad openbox python3 python3-gi
     x11-utils x11-xkb-utils xclip xdotool xvfb

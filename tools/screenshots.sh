@@ -118,3 +118,22 @@ export QT_SCALE_FACTOR=2
 start_display 2400x2000
 start_window_manager
 shoot_preferences general -200-percent
+
+# In German, whose words are longer, at a scale between the whole ones.
+export LANG=de_DE.UTF-8 LC_ALL=de_DE.UTF-8 LANGUAGE=de GLYMA_THEME=light QT_SCALE_FACTOR=1.5
+start_display 1800x1500
+start_window_manager
+for scene in general general-refused exclusions exclusions-none exclusions-application exclusions-website \
+    exclusions-website-refused library library-nothing library-importing replacements replacements-none replacement-new \
+    permissions permissions-missing secure-input-unknown secure-input-running secure-input-system secure-input-stale \
+    secure-input-self advanced advanced-delete debug; do
+    "$(dirname "$gallery")/preferences_gallery" --scene "$scene" --output "$folder/german-preferences-$scene.png"
+done
+start_display 1500x1080
+start_compositor
+"$gallery" --scene nothing-found --output "$folder/german-picker-nothing-found.png"
+"$gallery" --scene skin-tones --output "$folder/german-picker-skin-tones.png"
+"$info_gallery" --text '👍🏽→' --pointer 100,60 --output "$folder/german-character-info.png"
+mkdir "$scratch/tray"
+QT_QPA_PLATFORM=offscreen "$(dirname "$gallery")/tray_gallery" "$scratch/tray"
+cp "$scratch/tray/tray-menu-light.png" "$folder/german-tray-menu.png"

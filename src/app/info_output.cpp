@@ -74,7 +74,7 @@ std::string characterInfosAsText(std::span<const CharacterInfo> infos) {
     std::string text;
     for (const auto& info : infos) {
         text += fmt::format("{}{}  {}\n", text.empty() ? "" : "\n", shown(info.character), info.name);
-        const auto rows = detailRows(info, [](const char* english) { return std::string(english); });
+        const auto rows = detailRows(info, inEnglish);
         std::size_t width = 0;
         for (const auto& row : rows)
             width = std::max(width, row.label.size());

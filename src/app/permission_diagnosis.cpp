@@ -9,11 +9,11 @@ namespace {
 using State = Diagnosis::State;
 
 Diagnosis diagnosisOf(const char* name, const Permission& permission, State otherwise) {
-    const auto granted = permission.remedy.empty() ? State::ok : State::limited;
+    const auto granted = permission.remedy.isEmpty() ? State::ok : State::limited;
     return {.name = name,
             .state = permission.isGranted ? granted : otherwise,
-            .why = permission.finding,
-            .mend = permission.remedy};
+            .why = permission.finding.english(),
+            .mend = permission.remedy.english()};
 }
 
 Diagnosis diagnosisOf(const SecureInput& secureInput) {

@@ -24,11 +24,12 @@ std::string abbreviatedDate(Timestamp time) {
     return text;
 }
 
-std::string usageText(const CharacterInfo& info, const Translate& translate) {
-    auto text = fmt::format("{} {}", info.usageCount, translate(info.usageCount == 1 ? "time" : "times"));
-    if (info.lastUsed)
-        text.append(translate(" · last ")).append(abbreviatedDate(*info.lastUsed));
-    return text;
+Message usage(const CharacterInfo& info, const Wording& word) {
+    auto times = info.usageCount == 1 ? Message::tr("1 time")
+                                      : Message::tr("%1 times").arg(std::to_string(info.usageCount));
+    if (!info.lastUsed)
+        return times;
+    return Message::tr("%1 · last %2").arg(word(times)).arg(abbreviatedDate(*info.lastUsed));
 }
 
 std::string bytesText(const CharacterInfo& info) {
@@ -36,30 +37,33 @@ std::string bytesText(const CharacterInfo& info) {
     return info.omittedScalars > 0 ? text + " …" : text;
 }
 
-const char* libraryText(std::optional<bool> isEnabled) {
-    return !isEnabled ? "Not in library" : *isEnabled ? "Enabled in picker" : "Disabled in picker";
+Message library(std::optional<bool> isEnabled) {
+    if (!isEnabled)
+        return Message::tr("Not in library");
+    return *isEnabled ? Message::tr("Enabled in picker") : Message::tr("Disabled in picker");
 }
 
 } // namespace
 
-std::vector<DetailRow> detailRows(const CharacterInfo& info, const Translate& translate) {
+std::vector<DetailRow> detailRows(const CharacterInfo& info, const Wording& word) {
     std::vector<DetailRow> rows;
-    const auto add = [&](const char* label, std::string value) {
-        rows.push_back({translate(label), std::move(value)});
+    const auto add = [&](const Message& label, std::string value) {
+        rows.push_back({word(label), std::move(value)});
     };
     if (!info.block.empty())
-        add("Block", info.block);
+        add(Message::tr("Block"), info.block);
     if (!info.keywords.empty())
-        add("Keywords", fmt::format("{}", fmt::join(info.keywords, ", ")));
-    add("UTF-8", bytesText(info));
+        add(Message::tr("Keywords"), fmt::format("{}", fmt::join(info.keywords, ", ")));
+    add(Message::tr("UTF-8"), bytesText(info));
     if (info.appliedToneName || info.supportsSkinTone)
-        add("Skin tone", info.appliedToneName.value_or(translate("supported")));
+        add(Message::tr("Skin tone"),
+            word(info.appliedToneName ? Message(*info.appliedToneName) : Message::tr("supported")));
     if (info.usageCount >= 1)
-        add("Usage", usageText(info, translate));
+        add(Message::tr("Usage"), word(usage(info, word)));
     if (info.popularityRank)
-        add("Popularity",
-            fmt::format("#{}{}", *info.popularityRank + 1, translate(" of the most-used emoji")));
-    add("Library", translate(libraryText(info.isEnabled)));
+        add(Message::tr("Popularity"),
+            word(Message::tr("#%1 of the most-used emoji").arg(std::to_string(*info.popularityRank + 1))));
+    add(Message::tr("Library"), word(library(info.isEnabled)));
     return rows;
 }
 

@@ -75,17 +75,17 @@ std::string displayText(std::uint16_t keyCode, std::uint64_t flags, std::string_
     return text + (isShowable(characters) ? upperCased(characters) : fmt::format("Key {}", keyCode));
 }
 
-std::string spokenText(const GlobalShortcut& shortcut) {
+std::string spokenText(const GlobalShortcut& shortcut, const Wording& word) {
     std::string text;
     std::string_view key = shortcut.display;
     for (const auto& [flag, sign, spoken] : modifiers)
         if (shortcut.modifierRawValue & flag) {
-            text.append(spoken).append("+");
+            text.append(word(std::string(spoken))).append("+");
             if (key.starts_with(sign))
                 key.remove_prefix(sign.size());
         }
     const auto* name = find(shortcut.keyCode);
-    return text.append(name ? name->spoken : key);
+    return text.append(name ? word(std::string(name->spoken)) : std::string(key));
 }
 
 } // namespace glyma

@@ -37,6 +37,8 @@ Heard MonitorState::hear(const KeyEvent& event) {
         heard = step(event);
     if (heard.effect == Effect::choose)
         heard.hold = tap_.holdTyping(); // before the claims are given up: no key may come in between
+    if (event.hasReachedApplication)
+        heard.verdict = Verdict::pass;
     if (event.isAutorepeat && consumedKey_ == event.keyCode)
         heard.verdict = Verdict::consume;
     consumedKey_ = heard.verdict == Verdict::consume ? std::optional(event.keyCode) : std::nullopt;

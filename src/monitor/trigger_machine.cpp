@@ -43,6 +43,7 @@ constexpr Row table[] = {
     {open, up, {open, Effect::moveUp, consume}},
     {open, choose, {idle, Effect::choose, consume}},
     {open, escape, {idle, Effect::dismissPanel, consume}},
+    {open, slipped, {idle, Effect::dismissPanel, pass}},
     {open, moveCaret, {idle, Effect::dismissPanel, pass}},
     {open, command, {idle, Effect::dismissPanel, pass}},
     {open, commandDelete, {idle, Effect::dismissPanel, pass}},
@@ -62,6 +63,7 @@ constexpr Row table[] = {
     {polled, up, {polled, Effect::moveUp, consume}},
     {polled, choose, {idle, Effect::choose, consume}},
     {polled, escape, {idle, Effect::dismissPanel, consume}},
+    {polled, slipped, {idle, Effect::dismissPanel, pass}},
     {polled, moveCaret, {idle, Effect::dismissPanel, pass}},
     {polled, optionCharacter, {idle, Effect::dismissPanel, pass}},
 };
@@ -126,6 +128,9 @@ KeyMeaning meaningOf(const KeyEvent& event, std::string_view text, std::string_v
     const bool isOption = event.flags & modifier::option;
     if (event.flags & modifier::controlOrCommand)
         return event.keyCode == keycode::backspace ? commandDelete : command;
+    if (event.hasReachedApplication &&
+        isClaimed({.pickerKeys = true, .escape = false, .shortcut = {}}, event.keyCode, event.flags))
+        return slipped;
     switch (event.keyCode) {
     case keycode::backspace:
         return isOption ? optionDelete : isLastCharacter ? backspaceToTrigger : backspace;

@@ -27,6 +27,7 @@ enum class KeyMeaning {
     down,
     choose, ///< Return, keypad Enter
     escape,
+    slipped,         ///< one of these four that the application has got all the same
     tab,             ///< types a tab, or accepts what the target proposes
     moveCaret,       ///< Home, End, Left, Right, and the keypad's while it does not type digits
     command,         ///< anything else with Control or Command

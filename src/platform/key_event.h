@@ -49,6 +49,9 @@ struct KeyEvent {
     /// What the key types, UTF-8: empty for a dead key still composing and for keys that type nothing;
     /// function and navigation keys may carry a control character or U+F700 to U+F8FF.
     std::string text;
+    /// It was not kept from the application although it falls under the claims: they came too late for it, or
+    /// somebody else has the keyboard. Not told of keys that nobody claims.
+    bool hasReachedApplication = false;
     bool operator==(const KeyEvent&) const = default;
 };
 

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "platform/message.h"
+
 #include <expected>
-#include <string>
 
 namespace glyma {
 
@@ -11,8 +12,8 @@ public:
     virtual ~LoginItem() = default;
     virtual bool isEnabled() const = 0;
     /// The errors of both are sentences for people: what happened, why, what to do.
-    virtual std::expected<void, std::string> enable() = 0;
-    virtual std::expected<void, std::string> disable() = 0;
+    virtual std::expected<void, Message> enable() = 0;
+    virtual std::expected<void, Message> disable() = 0;
 };
 
 } // namespace glyma

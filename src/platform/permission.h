@@ -1,20 +1,20 @@
 #pragma once
 
+#include "platform/message.h"
 #include "platform/subscription.h"
 
 #include <functional>
-#include <string>
 
 namespace glyma {
 
 /// Something that the desktop must let the program do, and whether it does here.
 struct Permission {
     bool isGranted = false;
-    /// What was found, for people; UTF-8, no full stop.
-    std::string finding;
+    /// What was found, for people; no full stop.
+    Message finding;
     /// What the user can do, in sentences; empty when nothing need be done. May be there with a permission
     /// that is granted but reaches less far than it could.
-    std::string remedy;
+    Message remedy;
     /// The program can obtain it by itself: PermissionSource::obtain().
     bool canBeObtained = false;
     bool operator==(const Permission&) const = default;

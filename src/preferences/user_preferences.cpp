@@ -232,7 +232,7 @@ void UserPreferences::setVisiblePickerRows(std::int64_t value) {
     assignAndStore(&Values::visiblePickerRows, key::visiblePickerRows, value, value);
 }
 
-std::expected<void, std::string> UserPreferences::setStartAtLogin(bool value) {
+std::expected<void, Message> UserPreferences::setStartAtLogin(bool value) {
     assign(&Values::startAtLogin, value);
     const auto toggled = toggleLoginItem(value);
     if (toggled)
@@ -244,10 +244,10 @@ std::expected<void, std::string> UserPreferences::setStartAtLogin(bool value) {
     return toggled;
 }
 
-std::expected<void, std::string> UserPreferences::toggleLoginItem(bool value) {
+std::expected<void, Message> UserPreferences::toggleLoginItem(bool value) {
     auto toggled = value ? loginItem_.enable() : loginItem_.disable();
     if (!toggled)
-        log_.debug("Glyma: login item toggle failed — {}", toggled.error());
+        log_.debug("Glyma: login item toggle failed — {}", toggled.error().english());
     return toggled;
 }
 

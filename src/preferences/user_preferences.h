@@ -72,7 +72,7 @@ public:
     void setVisiblePickerRows(std::int64_t value);
     /// Ends up mirroring what the session really does. The error says, in sentences, why that is not what was
     /// asked for and what to do.
-    std::expected<void, std::string> setStartAtLogin(bool value);
+    std::expected<void, Message> setStartAtLogin(bool value);
     void setSkinToneModifier(const std::optional<std::string>& value);
 
     /// Some setting differs from before.
@@ -108,7 +108,7 @@ private:
     void assign(Value Values::*field, const Value& value);
     template<typename Value>
     void assignAndStore(Value Values::*field, const char* key, const Value& value, nlohmann::json stored);
-    std::expected<void, std::string> toggleLoginItem(bool value);
+    std::expected<void, Message> toggleLoginItem(bool value);
 
     SettingsStore& store_;
     LoginItem& loginItem_;

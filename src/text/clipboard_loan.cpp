@@ -8,7 +8,8 @@ namespace glyma {
 namespace {
 
 constexpr Milliseconds betweenFurtherWaits{100};
-constexpr int mostFurtherWaits = 45;
+/// Half a minute: longer than applications hang that live on.
+constexpr int mostFurtherWaits = 295;
 
 } // namespace
 

@@ -106,6 +106,32 @@ TEST_F(Race, SwitchingApplicationsBeforeTheInsertionTouchesNeither) {
     EXPECT_EQ(desktop.clipboard.text(), "copied before");
 }
 
+// The application has made a new line, or moved its caret, by the time the tap hears of the key.
+TEST_F(Race, AKeyThatSlippedToTheApplicationClosesThePickerAndChoosesNothing) {
+    for (const auto& manner : {simulated::wellBehaved(), simulated::silent()})
+        for (const auto slipped : {keycode::returnKey, keycode::down, keycode::up, keycode::escape}) {
+            SCOPED_TRACE(slipped);
+            editor = &desktop.open("editor", manner);
+            settle();
+            desktop.setTapLate(true);
+            desktop.type("a:smil");
+            desktop.press(slipped);
+            const auto left = editor->textWithCaret();
+            desktop.setTapLate(false);
+            EXPECT_FALSE(desktop.isTypingHeld());
+            settle();
+            EXPECT_EQ(editor->textWithCaret(), left);
+            EXPECT_EQ(editor->keysInjected(), "");
+            EXPECT_FALSE(window.isShown);
+            EXPECT_FALSE(desktop.tap.claims().pickerKeys);
+            desktop.press(keycode::end);
+            desktop.type(" :smil\n");
+            settle();
+            EXPECT_THAT(editor->text(), testing::EndsWith(" 😄"));
+        }
+    EXPECT_THAT(desktop.consumedKeys(), testing::Each(keycode::returnKey));
+}
+
 TEST_F(Race, StoppingAndStartingAgain) {
     desktop.type(":sm");
     monitor.stop();

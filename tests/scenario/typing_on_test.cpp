@@ -140,11 +140,12 @@ TEST_F(TypingOn, AHangingApplicationHoldsTypingUpForASecondAndAHalf) {
         const auto injected = editor->keysInjected();
         desktop.type(" so");
         EXPECT_EQ(editor->keysFromUser(), " and so");
-        desktop.advance(2s);
+        desktop.advance(20s);
         editor->setHung(false);
         desktop.advance(10s);
         EXPECT_EQ(editor->keysInjected(), injected) << "nothing is done to the text behind what was typed";
         EXPECT_EQ(editor->text(), "x and so😄") << "pasted when the application asked for it at last";
+        EXPECT_EQ(desktop.clipboard.text(), "copied before");
     }
 }
 

@@ -104,6 +104,17 @@ TEST_F(Websites, KeysThatComeBeforeItIsKnownArriveAllTheSame) {
     EXPECT_THAT(shown(), IsEmpty());
 }
 
+TEST_F(Websites, AKeyThatSlippedToThePageIsNotGivenToItAgain) {
+    excludeSite("example.org");
+    auto& page = browse("https://example.org/");
+    desktop.setTapLate(true);
+    desktop.type(":sm\n");
+    desktop.setTapLate(false);
+    settle();
+    EXPECT_EQ(page.text(), ":sm\n");
+    EXPECT_EQ(page.keysInjected(), "");
+}
+
 TEST_F(Websites, AnsweringLateDoesNotTouchWhatCameAfter) {
     excludeSite("example.org");
     auto& page = browse("https://example.org/");

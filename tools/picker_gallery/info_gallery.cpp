@@ -6,6 +6,7 @@
 #include "charinfo/panel_placement.h"
 #include "charinfo/qt/character_info_panel.h"
 #include "desk.h"
+#include "translation/translations.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -28,6 +29,7 @@ const auto usedAt = std::chrono::sys_days{std::chrono::year{2026} / 3 / 5};
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
+    const Translations translations;
     chooseFont();
     QCommandLineParser parser;
     parser.addHelpOption();

@@ -2,6 +2,7 @@
 
 #include "backdrop.h"
 #include "desk.h"
+#include "translation/translations.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -60,6 +61,7 @@ void show(Desk& desk, const Backdrop& backdrop, const Scene& scene) {
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
+    const glyma::Translations translations;
     chooseFont();
     QCommandLineParser parser;
     parser.addHelpOption();

@@ -2,7 +2,15 @@
 
 #include "catalogue/random_picks.h"
 #include "platform/linux/xdg/desktop_entries.h"
+#include "preferences/qt/advanced_tab.h"
+#include "preferences/qt/exclusion_sheets.h"
+#include "preferences/qt/exclusions_tab.h"
+#include "preferences/qt/general_tab.h"
+#include "preferences/qt/replacements_tab.h"
+#include "preferences/qt/snippet_list.h"
+#include "preferences/qt/unicode_tab.h"
 #include "preferences_desk.h"
+#include "translation/translations.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -23,6 +31,7 @@ namespace {
 
 using namespace glyma;
 using gallery::PreferencesDesk;
+using namespace qt;
 
 /// For the window manager, the animation and the first paint.
 constexpr int settleMilliseconds = 500;
@@ -56,12 +65,16 @@ void press(const PreferencesDesk& desk, const QString& name) {
 }
 
 void withoutPermissions(PreferencesDesk& desk) {
-    desk.inputMonitoring.set({.isGranted = false,
-                              .finding = "the X server does not offer XTEST: no typing for the user",
-                              .remedy = "Start the X server without \"-extension XTEST\", or use a current "
-                                        "X.Org server."});
+    desk.inputMonitoring.set(
+        {.isGranted = false,
+         .finding = Message::tr("the X server does not offer the extension %1, without which "
+                                "no typing for the user is possible")
+                        .arg("XTEST"),
+         .remedy = Message::tr("Start the X server without \"-extension %1\", or use a "
+                               "current X.Org server.")
+                       .arg("XTEST")});
     desk.accessibility.set({.isGranted = false,
-                            .finding = "the accessibility bus answers and is off",
+                            .finding = Message::tr("the accessibility bus is switched off"),
                             .remedy = {},
                             .canBeObtained = true});
 }
@@ -92,19 +105,19 @@ void fillLibrary(PreferencesDesk& desk) {
 }
 
 void selectBlock(PreferencesDesk& desk, const QString& name) {
-    auto* list = shown<QListView>(desk, QStringLiteral("Blocks"));
+    auto* list = shown<QListView>(desk, UnicodeTab::tr("Blocks"));
     const auto found = list->model()->match(list->model()->index(0, 0), Qt::DisplayRole, name);
     list->setCurrentIndex(found.value(0));
 }
 
 void filterCharacters(PreferencesDesk& desk, const QString& text) {
-    shown<QLineEdit>(desk, QStringLiteral("Filter characters…"))->setText(text);
+    shown<QLineEdit>(desk, UnicodeTab::tr("Filter characters…"))->setText(text);
 }
 
 void selectArrows(PreferencesDesk& desk) {
     desk.catalogue.recordUsage("←", "left");
     selectBlock(desk, QStringLiteral("Arrows"));
-    auto* list = shown<QListView>(desk, QStringLiteral("Characters"));
+    auto* list = shown<QListView>(desk, UnicodeTab::tr("Characters"));
     const auto arrow =
         list->model()->match(list->model()->index(0, 0), Qt::DisplayRole, QStringLiteral("left arrow"));
     list->setCurrentIndex(arrow.value(0));
@@ -127,12 +140,11 @@ const std::map<QString, Scene> scenes = {
     {QStringLiteral("general-refused"),
      {"general",
       [](PreferencesDesk& desk) {
-          desk.loginItem.refusal =
-              "Glyma could not be made to start at login: the folder ~/.config/autostart cannot "
-              "be written. Make it writable and try again.";
+          desk.loginItem.refusal = Message::tr(
+              "Glyma cannot be started at login: it does not know where it is installed. Install it again.");
       },
       [](PreferencesDesk& desk) {
-          shown<QCheckBox>(desk, QStringLiteral("Start Glyma at login"))->click();
+          shown<QCheckBox>(desk, GeneralTab::tr("&Start Glyma at login").remove(u'&'))->click();
       }}},
     {QStringLiteral("exclusions"), {"exclusions", installApplications}},
     {QStringLiteral("exclusions-none"),
@@ -143,22 +155,22 @@ const std::map<QString, Scene> scenes = {
       }}},
     {QStringLiteral("exclusions-application"),
      {"exclusions", installApplications,
-      [](PreferencesDesk& desk) { press(desk, QStringLiteral("Add excluded application")); }}},
+      [](PreferencesDesk& desk) { press(desk, ExclusionsTab::tr("Add excluded application")); }}},
     {QStringLiteral("exclusions-website"),
      {"exclusions",
       [](PreferencesDesk& desk) {
           desk.pages.addresses = {"https://docs.example.org/start", "https://chat.example.com/"};
       },
       [](PreferencesDesk& desk) {
-          press(desk, QStringLiteral("Add excluded website"));
+          press(desk, ExclusionsTab::tr("Add excluded website"));
           desk.clock.advance(std::chrono::seconds(1));
       }}},
     {QStringLiteral("exclusions-website-refused"),
      {"exclusions", [](PreferencesDesk&) {},
       [](PreferencesDesk& desk) {
-          press(desk, QStringLiteral("Add excluded website"));
+          press(desk, ExclusionsTab::tr("Add excluded website"));
           desk.window.findChild<QDialog*>()->findChild<QLineEdit*>()->setText(QStringLiteral("not a domain"));
-          press(desk, QStringLiteral("&Add"));
+          press(desk, AddWebsiteSheet::tr("&Add"));
       }}},
     {QStringLiteral("library"), {"unicode", fillLibrary, selectArrows}},
     {QStringLiteral("library-emoji"),
@@ -166,7 +178,7 @@ const std::map<QString, Scene> scenes = {
       [](PreferencesDesk& desk) {
           selectBlock(desk, QStringLiteral("Emoticons"));
           filterCharacters(desk, QStringLiteral("cat"));
-          shown<QListView>(desk, QStringLiteral("Characters"))->selectAll();
+          shown<QListView>(desk, UnicodeTab::tr("Characters"))->selectAll();
       }}},
     {QStringLiteral("library-nothing"),
      {"unicode", fillLibrary,
@@ -181,14 +193,14 @@ const std::map<QString, Scene> scenes = {
     {QStringLiteral("replacements"),
      {"replacements", [](PreferencesDesk&) {},
       [](PreferencesDesk& desk) {
-          auto* list = shown<QListView>(desk, QStringLiteral("Replacements"));
+          auto* list = shown<QListView>(desk, SnippetList::tr("Replacements"));
           list->setCurrentIndex(list->model()->index(1, 0));
       }}},
     {QStringLiteral("replacements-none"),
      {"replacements", [](PreferencesDesk& desk) { desk.preferences.setUserReplacements({}); }}},
     {QStringLiteral("replacement-new"),
      {"replacements", [](PreferencesDesk&) {},
-      [](PreferencesDesk& desk) { press(desk, QStringLiteral("Add replacement")); }}},
+      [](PreferencesDesk& desk) { press(desk, ReplacementsTab::tr("Add replacement")); }}},
     {QStringLiteral("permissions"), {"permissions"}},
     {QStringLiteral("permissions-missing"), {"permissions", withoutPermissions}},
     {QStringLiteral("secure-input-unknown"), secureInput(0, {})},
@@ -200,7 +212,7 @@ const std::map<QString, Scene> scenes = {
     {QStringLiteral("advanced"), {"advanced"}},
     {QStringLiteral("advanced-delete"),
      {"advanced", [](PreferencesDesk&) {},
-      [](PreferencesDesk& desk) { press(desk, QStringLiteral("Delete App Container and &Quit…")); }}},
+      [](PreferencesDesk& desk) { press(desk, AdvancedTab::tr("Delete App Container and &Quit…")); }}},
     {QStringLiteral("debug"), {"debug", record}},
 };
 
@@ -208,6 +220,7 @@ const std::map<QString, Scene> scenes = {
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
+    const Translations translations;
     chooseFont();
     QCommandLineParser parser;
     parser.addHelpOption();

@@ -8,7 +8,7 @@ namespace glyma::gallery {
 
 namespace {
 
-Permission granted(const char* finding) {
+Permission granted(const Message& finding) {
     return {.isGranted = true, .finding = finding, .remedy = {}};
 }
 
@@ -49,8 +49,8 @@ PreferencesDesk::PreferencesDesk(std::shared_ptr<simulated::SimulatedSettings> s
                                                    .flags = flags,
                                                    .fonts = fontChoice()},
                                        .version = QStringLiteral("1.2.3")})) {
-    inputMonitoring.set(granted("X.Org 21.1 with XInput 2.4 and XTEST"));
-    accessibility.set(granted("the accessibility bus is on"));
+    inputMonitoring.set(granted(Message::tr("keys are heard on %1").arg(":0")));
+    accessibility.set(granted(Message::tr("the accessibility bus answers and is switched on")));
 }
 
 std::filesystem::path PreferencesDesk::storeFile() const {

@@ -5,6 +5,7 @@
 #include "app/desktop/status_icon.h"
 #include "app/desktop/status_menu.h"
 #include "preferences/user_preferences.h"
+#include "translation/translations.h"
 
 #include <QApplication>
 #include <QDir>
@@ -91,6 +92,7 @@ QImage drawnMenu(bool isDark) {
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
+    const glyma::Translations translations;
     if (argc != 2) {
         std::fputs("usage: tray_gallery FOLDER\n", stderr);
         return 2;

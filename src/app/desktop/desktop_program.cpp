@@ -99,8 +99,9 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store)
             .report = [this](std::string_view message) { report(message); },
             .connectionLost =
                 [this] {
-                    scheduler_.post(
-                        [this] { inputMonitoring_.setObstacle("the connection to the X server was lost"); });
+                    scheduler_.post([this] {
+                        inputMonitoring_.setObstacle(Message::tr("the connection to the X server was lost"));
+                    });
                 }})
     , mouse_(scheduler_)
     , keys_(tap_.link())
@@ -226,7 +227,7 @@ void DesktopProgram::start() {
     accessibility_.prepare(frontApplications_.current().process);
     delegate_.applicationDidFinishLaunching();
     if (const auto& hearing = permissions_.inputMonitoring(); !hearing.isGranted)
-        say(hearing.finding + ". " + hearing.remedy);
+        say(hearing.finding.english() + ". " + hearing.remedy.english());
     scheduler_.post([this] { window_.warmUp(); });
     // A session may start its tray after us.
     trayCheck_ = scheduler_.after(timeForTray, [this] { sayThatNoTrayIsThere(); });
@@ -242,7 +243,7 @@ void DesktopProgram::sayUnreachable(std::string_view why) {
 
 std::expected<void, std::string> DesktopProgram::startMonitor() {
     auto started = monitor_.start();
-    inputMonitoring_.setObstacle(started ? std::string() : started.error());
+    inputMonitoring_.setObstacle(started ? Message() : Message(started.error()));
     if (!started)
         say(started.error());
     return started;

@@ -13,6 +13,7 @@
 #include "platform/linux/xdg/files.h"
 #include "platform/linux/xdg/journal_log_sink.h"
 #include "platform/qt/clipboard_keeper.h"
+#include "translation/translations.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -134,6 +135,7 @@ int runDesktop(int argc, char** argv, const std::optional<std::string>& tab) {
         return fail(display.error());
     const QApplication application(argc, argv);
     prepareApplication();
+    const Translations translations;
     Running running;
     const TerminationSignals signals([&running] {
         if (running.program)

@@ -4,8 +4,8 @@
 #include "charinfo/qt/copy_buttons.h"
 #include "charinfo/qt/glyph_tile.h"
 #include "picker/qt/theme.h"
+#include "translation/message_text.h"
 
-#include <QCoreApplication>
 #include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -27,28 +27,14 @@ constexpr int rowGap = 4;
 constexpr double nameScale = 1.15;
 constexpr double captionOpacity = 0.68;
 
-// The texts of detailRows(), for who translates.
-[[maybe_unused]] constexpr const char* translatable[] = {
-    QT_TRANSLATE_NOOP("CharacterDetailView", "Block"),
-    QT_TRANSLATE_NOOP("CharacterDetailView", "Keywords"),
-    QT_TRANSLATE_NOOP("CharacterDetailView", "UTF-8"),
-    QT_TRANSLATE_NOOP("CharacterDetailView", "Skin tone"),
-    QT_TRANSLATE_NOOP("CharacterDetailView", "supported"),
-    QT_TRANSLATE_NOOP("CharacterDetailView", "Usage"),
-    QT_TRANSLATE_NOOP("CharacterDetailView", "time"),
-    QT_TRANSLATE_NOOP("CharacterDetailView", "times"),
-    QT_TRANSLATE_NOOP("CharacterDetailView", " · last "),
-    QT_TRANSLATE_NOOP("CharacterDetailView", "Popularity"),
-    QT_TRANSLATE_NOOP("CharacterDetailView", " of the most-used emoji"),
-    QT_TRANSLATE_NOOP("CharacterDetailView", "Library"),
-    QT_TRANSLATE_NOOP("CharacterDetailView", "Enabled in picker"),
-    QT_TRANSLATE_NOOP("CharacterDetailView", "Disabled in picker"),
-    QT_TRANSLATE_NOOP("CharacterDetailView", "Not in library"),
+// The tones' names, which are data everywhere else.
+[[maybe_unused]] constexpr const char* toneNames[] = {
+    QT_TRANSLATE_NOOP("glyma::Message", "light skin tone"),
+    QT_TRANSLATE_NOOP("glyma::Message", "medium-light skin tone"),
+    QT_TRANSLATE_NOOP("glyma::Message", "medium skin tone"),
+    QT_TRANSLATE_NOOP("glyma::Message", "medium-dark skin tone"),
+    QT_TRANSLATE_NOOP("glyma::Message", "dark skin tone"),
 };
-
-std::string translated(const char* english) {
-    return QCoreApplication::translate("CharacterDetailView", english).toStdString();
-}
 
 QColor withAlpha(QColor color, double alpha) {
     color.setAlphaF(static_cast<float>(alpha));

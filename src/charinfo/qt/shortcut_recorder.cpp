@@ -1,6 +1,7 @@
 #include "charinfo/qt/shortcut_recorder.h"
 
 #include "charinfo/shortcut_text.h"
+#include "translation/message_text.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -26,6 +27,28 @@ std::uint64_t flagsOf(Qt::KeyboardModifiers held) {
     if (held & Qt::MetaModifier)
         flags |= modifier::command;
     return flags;
+}
+
+// The names of keys in spokenText().
+[[maybe_unused]] constexpr const char* keyNames[] = {
+    QT_TRANSLATE_NOOP("glyma::Message", "Control"), QT_TRANSLATE_NOOP("glyma::Message", "Alt"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Shift"),   QT_TRANSLATE_NOOP("glyma::Message", "Super"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Return"),  QT_TRANSLATE_NOOP("glyma::Message", "Tab"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Space"),   QT_TRANSLATE_NOOP("glyma::Message", "Backspace"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Enter"),   QT_TRANSLATE_NOOP("glyma::Message", "Home"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Page Up"), QT_TRANSLATE_NOOP("glyma::Message", "Delete"),
+    QT_TRANSLATE_NOOP("glyma::Message", "End"),     QT_TRANSLATE_NOOP("glyma::Message", "Page Down"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Left"),    QT_TRANSLATE_NOOP("glyma::Message", "Right"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Down"),    QT_TRANSLATE_NOOP("glyma::Message", "Up"),
+};
+
+/// The one key that is shown by its name. What is stored stays English.
+QString shownText(const GlobalShortcut& shortcut) {
+    auto text = QString::fromStdString(shortcut.display);
+    const QLatin1String space("Space");
+    if (text.endsWith(space))
+        text.replace(text.size() - space.size(), space.size(), textOf(Message(space.data())));
+    return text;
 }
 
 bool isModifier(int key) {
@@ -156,13 +179,14 @@ void ShortcutRecorder::take(const QKeyEvent& event) {
 
 void ShortcutRecorder::showState() {
     const auto name = isRecording_ ? tr("Type shortcut…")
-                      : shortcut_  ? QString::fromStdString(shortcut_->display)
+                      : shortcut_  ? shownText(*shortcut_)
                                    : tr("Record Shortcut");
     button_->setText(name);
     button_->setDown(isRecording_);
-    button_->setAccessibleName(shortcut_ && !isRecording_
-                                   ? tr("Shortcut: %1").arg(QString::fromStdString(spokenText(*shortcut_)))
-                                   : name);
+    button_->setAccessibleName(
+        shortcut_ && !isRecording_
+            ? tr("Shortcut: %1").arg(QString::fromStdString(spokenText(*shortcut_, translated)))
+            : name);
     button_->setAccessibleDescription(
         tr("Press it, then the keys. Escape keeps the shortcut, Backspace removes it."));
     removeButton_->setVisible(shortcut_.has_value() && !isRecording_);

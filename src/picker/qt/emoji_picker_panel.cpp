@@ -31,7 +31,7 @@ EmojiPickerPanel::EmojiPickerPanel(PickerServices services)
     , skinToneMenu_(appearance_, compositor_, glyphs_)
     , appearanceSubscription_(appearance_.changed.connect([this] { refreshSurfaces(); }))
     , compositorSubscription_(compositor_.changed.connect([this] { refreshSurfaces(); })) {
-    view_.setWindowTitle(QStringLiteral("Glyma picker"));
+    view_.setWindowTitle(QCoreApplication::translate("glyma::qt::EmojiPickerPanel", "Glyma picker"));
     view_.onSkinToneButton = [this] { openSkinToneMenu(); };
     warmUpEnd_.setSingleShot(true);
     QObject::connect(&warmUpEnd_, &QTimer::timeout, [this] { view_.hide(); });

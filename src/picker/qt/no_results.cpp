@@ -67,7 +67,7 @@ void NoResultsView::paint(QPainter& painter, const QRectF& area, const Theme& th
     }
     painter.setFont(textFont);
     painter.drawText(QRectF(area.left(), top + emoticonHeight + spacing, area.width(), textHeight),
-                     Qt::AlignCenter, QStringLiteral("Nothing found"));
+                     Qt::AlignCenter, tr("Nothing found"));
 }
 
 } // namespace glyma::qt

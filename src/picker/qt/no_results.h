@@ -3,6 +3,7 @@
 #include "picker/qt/glyphs.h"
 #include "picker/qt/theme.h"
 
+#include <QCoreApplication>
 #include <QRectF>
 
 #include <array>
@@ -19,6 +20,8 @@ inline constexpr std::array<std::string_view, 11> noResultsEmoticons = {
 
 /// Shown in place of the list when nothing matches. Main thread.
 class NoResultsView {
+    Q_DECLARE_TR_FUNCTIONS(glyma::qt::NoResultsView)
+
 public:
     explicit NoResultsView(Glyphs& glyphs)
         : glyphs_(glyphs) {}

@@ -61,7 +61,7 @@ SkinToneMenu::SkinToneMenu(const Appearance& appearance, const CompositorWatch& 
     : FloatingSurface(appearance, compositor, radius)
     , glyphs_(glyphs) {
     setMouseTracking(true);
-    setAccessibleName(QStringLiteral("Skin tone"));
+    setAccessibleName(tr("Skin tone"));
 }
 
 void SkinToneMenu::popUp(const QRect& anchor, const std::optional<std::string>& current, OnSelect onSelect,
@@ -141,7 +141,7 @@ void SkinToneMenu::paintPanel(QPainter& painter) {
         painter.setFont(font);
         painter.setPen(theme().text.primary);
         painter.drawText(row.adjusted(42, 0, -30, 0), Qt::AlignLeft | Qt::AlignVCenter,
-                         QString::fromUtf8(skinTones[index].name.data()));
+                         tr(skinTones[index].name));
         if (index == current_)
             drawCheckMark(painter, row, theme().text.emphasis);
     }

@@ -14,6 +14,8 @@ namespace glyma::qt {
 /// keyboard with the application being typed in; while it is open it holds the pointer, so that a click
 /// anywhere else closes it. Main thread.
 class SkinToneMenu : public FloatingSurface {
+    Q_OBJECT
+
 public:
     using OnSelect = std::function<void(const std::optional<std::string>& modifier)>;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QCoreApplication>
+
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -9,18 +11,18 @@
 namespace glyma::qt {
 
 struct SkinTone {
-    std::string_view name;
+    const char* name;          ///< for tr() of SkinToneMenu
     std::string_view modifier; ///< empty for none
 };
 
 /// In menu order.
 inline constexpr std::array<SkinTone, 6> skinTones = {{
-    {"Default", ""},
-    {"Light", "\U0001F3FB"},
-    {"Medium-light", "\U0001F3FC"},
-    {"Medium", "\U0001F3FD"},
-    {"Medium-dark", "\U0001F3FE"},
-    {"Dark", "\U0001F3FF"},
+    {QT_TRANSLATE_NOOP("glyma::qt::SkinToneMenu", "Default"), ""},
+    {QT_TRANSLATE_NOOP("glyma::qt::SkinToneMenu", "Light"), "\U0001F3FB"},
+    {QT_TRANSLATE_NOOP("glyma::qt::SkinToneMenu", "Medium-light"), "\U0001F3FC"},
+    {QT_TRANSLATE_NOOP("glyma::qt::SkinToneMenu", "Medium"), "\U0001F3FD"},
+    {QT_TRANSLATE_NOOP("glyma::qt::SkinToneMenu", "Medium-dark"), "\U0001F3FE"},
+    {QT_TRANSLATE_NOOP("glyma::qt::SkinToneMenu", "Dark"), "\U0001F3FF"},
 }};
 
 /// A raised hand in the tone; without one, in its emoji presentation.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace glyma::simulated {
 
@@ -142,7 +143,26 @@ void Desktop::strike(std::uint16_t keyCode, bool isAutorepeat) {
     happen(keyboard.press(keyCode, isAutorepeat));
 }
 
+void Desktop::setTapLate(bool isLate) {
+    isTapLate_ = isLate;
+    if (isLate)
+        return;
+    for (const auto& event : std::exchange(unheard_, {}))
+        happen(event);
+}
+
+void Desktop::happenUnheard(KeyEvent event) {
+    const auto application = front();
+    if (application && event.type == KeyEvent::Type::keyDown && !tap.keeps(event)) {
+        application->receive({event, false});
+        event.hasReachedApplication = true;
+    }
+    unheard_.push_back(std::move(event));
+}
+
 void Desktop::happen(const KeyEvent& event) {
+    if (isTapLate_)
+        return happenUnheard(event);
     if (!typingHolds_->keep(event))
         deliver(event);
 }
@@ -153,7 +173,7 @@ void Desktop::deliver(const KeyEvent& event) {
         return;
     if (verdict == Verdict::consume)
         consumed_.push_back(event.keyCode);
-    else if (const auto application = front())
+    else if (const auto application = front(); application && !event.hasReachedApplication)
         application->receive({event, false});
 }
 

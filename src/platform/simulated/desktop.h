@@ -81,6 +81,9 @@ public:
     void repeat(std::uint16_t keyCode);
     void hold(ModifierKey key);
     void letGo(ModifierKey key);
+    /// While the tap is late it hears nothing: what is not claimed by then reaches the application first, as
+    /// on a busy machine. It hears all of it when it is late no longer.
+    void setTapLate(bool isLate);
     /// Clicks into the focused text of an application, at a caret position; it must be in front.
     void click(Application& application, std::ptrdiff_t caret);
     /// Drags an application's window by its title, in steps of 10 ms.
@@ -106,6 +109,7 @@ private:
     Application* front() const;
     void strike(std::uint16_t keyCode, bool isAutorepeat);
     void happen(const KeyEvent& event);
+    void happenUnheard(KeyEvent event);
     void deliver(const KeyEvent& event);
     void strike(const Stroke& stroke);
     void tellFrontApplication();
@@ -120,6 +124,8 @@ private:
     std::vector<std::string> faults_;
     pid_t nextProcess_ = 4001;
     int failingInjection_ = -1;
+    bool isTapLate_ = false;
+    std::vector<KeyEvent> unheard_;
     std::shared_ptr<TypingHolds> typingHolds_;
 };
 

@@ -70,7 +70,8 @@ Verdict SimulatedTap::deliver(const KeyEvent& event) {
         return Verdict::pass;
     const std::lock_guard lock(mutex_);
     consumedKey_ = isConsumed ? std::optional(event.keyCode) : std::nullopt;
-    if (!isOvertaken_ && isConsumed != (isHeldByUs || wasClaimed(before, event)))
+    if (!isOvertaken_ &&
+        isConsumed != (isHeldByUs || (wasClaimed(before, event) && !event.hasReachedApplication)))
         disagreements_.push_back(
             "key " + std::to_string(event.keyCode) + " flags " + std::to_string(event.flags) +
             (isConsumed ? " was consumed but not claimed" : " was claimed but not consumed"));
@@ -90,6 +91,11 @@ bool SimulatedTap::isRunning() const {
 KeyClaims SimulatedTap::claims() const {
     const std::lock_guard lock(mutex_);
     return claims_;
+}
+
+bool SimulatedTap::keeps(const KeyEvent& event) const {
+    const std::lock_guard lock(mutex_);
+    return wasClaimed(claims_, event);
 }
 
 std::vector<std::string> SimulatedTap::disagreements() const {

@@ -27,6 +27,8 @@ public:
     void disableByTimeout();
     bool isRunning() const;
     KeyClaims claims() const;
+    /// Whether this press would be kept from the application now, whatever the callback says later.
+    bool keeps(const KeyEvent& event) const;
     /// Keys where verdict and claim disagreed.
     std::vector<std::string> disagreements() const;
 

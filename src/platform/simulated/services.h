@@ -83,15 +83,15 @@ private:
 class SimulatedLoginItem : public LoginItem {
 public:
     bool isEnabled() const override { return enabled; }
-    std::expected<void, std::string> enable() override { return change(true); }
-    std::expected<void, std::string> disable() override { return change(false); }
+    std::expected<void, Message> enable() override { return change(true); }
+    std::expected<void, Message> disable() override { return change(false); }
 
     bool enabled = false;
-    std::string refusal; ///< not empty: nothing changes and this is why
+    Message refusal; ///< not empty: nothing changes and this is why
 
 private:
-    std::expected<void, std::string> change(bool value) {
-        if (!refusal.empty())
+    std::expected<void, Message> change(bool value) {
+        if (!refusal.isEmpty())
             return std::unexpected(refusal);
         enabled = value;
         return {};

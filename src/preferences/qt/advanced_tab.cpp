@@ -100,6 +100,8 @@ void AdvancedTab::askToDelete() {
     question->setWindowModality(Qt::WindowModal);
     const auto* confirm = question->addButton(tr("&Delete and Quit"), QMessageBox::DestructiveRole);
     auto* cancel = question->addButton(QMessageBox::Cancel);
+    // Qt's own translations may not be installed.
+    cancel->setText(FormGroup::tr("Cancel"));
     question->setDefaultButton(cancel);
     question->setEscapeButton(cancel);
     connect(confirm, &QPushButton::clicked, this, [this] { program_.deleteContainerAndQuit(); });

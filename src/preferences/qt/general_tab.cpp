@@ -3,6 +3,7 @@
 #include "preferences/qt/choice_box.h"
 #include "preferences/qt/form_parts.h"
 #include "preferences/typed_fields.h"
+#include "translation/message_text.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -164,7 +165,7 @@ void GeneralTab::refresh() {
 
 void GeneralTab::setStartAtLogin(bool value) {
     const auto done = services_.preferences.setStartAtLogin(value);
-    showProblem(*startProblem_, done ? QString() : QString::fromStdString(done.error()));
+    showProblem(*startProblem_, done ? QString() : textOf(done.error()));
     refresh();
 }
 

@@ -3,6 +3,7 @@
 #include "preferences/qt/form_parts.h"
 #include "preferences/qt/secure_input_text.h"
 #include "preferences/qt/symbols.h"
+#include "translation/message_text.h"
 
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -18,12 +19,12 @@ using std::chrono_literals::operator""s;
 constexpr auto refreshInterval = 2s;
 
 /// Shows the text as a sentence of its own, as far as there is one.
-void showText(QLabel& label, const std::string& text) {
-    auto sentence = QString::fromStdString(text);
+void showMessage(QLabel& label, const Message& message) {
+    auto sentence = textOf(message);
     if (!sentence.isEmpty())
         sentence[0] = sentence[0].toUpper();
     label.setText(sentence);
-    label.setVisible(!text.empty());
+    label.setVisible(!sentence.isEmpty());
 }
 
 QLabel* makeBold(const QString& text) {
@@ -135,8 +136,8 @@ void PermissionsTab::refresh() {
 void PermissionsTab::show(const Row& row, const Permission& permission) {
     row.symbol->setSymbol(permission.isGranted ? Symbol::granted : Symbol::notGranted);
     row.status->setText(permission.isGranted ? tr("Granted") : tr("Not Granted"));
-    showText(*row.finding, permission.finding);
-    showText(*row.remedy, permission.remedy);
+    showMessage(*row.finding, permission.finding);
+    showMessage(*row.remedy, permission.remedy);
     row.obtain->setVisible(permission.canBeObtained && !permission.isGranted &&
                            !row.obtain->text().isEmpty());
 }

@@ -235,6 +235,12 @@ QSize PreferencesWindow::fittingSize() const {
 
 void PreferencesWindow::fit() {
     const auto size = fittingSize();
+    // Beside a scroll bar lines wrap earlier, and an area that had one while it was too small may keep it for
+    // that.
+    auto& area = *tabs_.at(static_cast<std::size_t>(bar_->currentIndex())).area;
+    const int room = size.height() - bar_->parentWidget()->sizeHint().height();
+    area.setVerticalScrollBarPolicy(
+        fittingHeight(*area.widget(), size.width()) <= room ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
     const auto from = geometry();
     resizing_.stop();
     if (from.size() == size)

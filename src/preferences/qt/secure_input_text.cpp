@@ -10,10 +10,16 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(glyma::qt::SecureInputText)
 
 public:
+    static QString holderName(const Holder& holder) {
+        const auto name = QString::fromStdString(holder.name);
+        const auto nameless = QStringLiteral("process %1").arg(holder.process);
+        return name == nameless ? tr("process %1").arg(holder.process) : name;
+    }
+
     static QString holder(const std::optional<Holder>& holder) {
         if (!holder)
             return tr("The system doesn't say which app holds it. Close any password prompt first. ");
-        const auto name = QString::fromStdString(holder->name).toHtmlEscaped();
+        const auto name = holderName(*holder).toHtmlEscaped();
         switch (holder->kind) {
         case Holder::Kind::running:
             return tr("The system names <b>%1</b>. If it has a password field open or Secure Keyboard "

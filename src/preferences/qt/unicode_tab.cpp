@@ -5,6 +5,7 @@
 #include "preferences/qt/form_parts.h"
 #include "preferences/qt/test_field.h"
 #include "preferences/qt/unicode_lists.h"
+#include "translation/message_text.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -24,6 +25,19 @@ namespace {
 constexpr int blocksWidth = 300;
 constexpr int detailsWidth = 304;
 constexpr int glyphSize = 30;
+
+// The phases of an import, which the catalogue tells in English.
+[[maybe_unused]] constexpr const char* phases[] = {
+    QT_TRANSLATE_NOOP("glyma::Message", "Importing Blocks.txt"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Importing UnicodeData.txt"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Checking font coverage"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Importing annotations.json"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Importing Unikemet.txt"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Inserting characters"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Inserting Unicode blocks"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Finalizing"),
+    QT_TRANSLATE_NOOP("glyma::Message", "Restoring user data"),
+};
 
 QLineEdit* makeFilter(const QString& placeholder) {
     auto* filter = new QLineEdit;
@@ -283,8 +297,7 @@ void UnicodeTab::showDetails() {
 void UnicodeTab::showImport() {
     const bool hasFailed = !model_.isImporting() && !model_.importFailure().empty();
     importTitle_->setText(hasFailed ? tr("The library is not available") : tr("Importing Unicode data…"));
-    importStatus_->setText(
-        QString::fromStdString(hasFailed ? model_.importFailure() : model_.importStatus()));
+    importStatus_->setText(textOf(hasFailed ? model_.importFailure() : model_.importStatus()));
     importBar_->setVisible(!hasFailed);
     pages_->setCurrentIndex(model_.isImporting() || hasFailed ? 1 : 0);
 }

@@ -135,15 +135,13 @@ TEST_F(CharacterInfosTest, DescribesTheBeginningOfAHeapOfMarks) {
     EXPECT_EQ(info.omittedScalars, 500'001 - describedScalars);
     EXPECT_EQ(info.character, heap);
     EXPECT_LT(info.name.size(), 4096U);
-    EXPECT_TRUE(
-        detailRows(info, [](const char* text) { return std::string(text); })[1].value.ends_with(" …"));
+    EXPECT_TRUE(detailRows(info, inEnglish)[1].value.ends_with(" …"));
 }
 
 TEST_F(CharacterInfosTest, PutsTheFactsIntoRows) {
     const auto rowsOf = [&](const CharacterInfo& info) {
         std::string text;
-        for (const auto& [label, value] :
-             detailRows(info, [](const char* word) { return std::string(word); }))
+        for (const auto& [label, value] : detailRows(info, inEnglish))
             text += label + ": " + value + "\n";
         return text;
     };

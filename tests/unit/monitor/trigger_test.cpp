@@ -30,6 +30,11 @@ KeyEvent repeated(KeyEvent event) {
     return event;
 }
 
+KeyEvent slipped(KeyEvent event) {
+    event.hasReachedApplication = true;
+    return event;
+}
+
 /// The state behind a tap that compares verdicts with claims.
 struct Monitored {
     Monitored() {
@@ -112,6 +117,9 @@ TEST(Trigger, EveryKeyInEveryState) {
          forgets,
          {open, consume, Effect::moveDown}},
         {"Escape", key(keycode::escape, "\x1B"), stays, forgets, {idle, consume, Effect::dismissPanel}},
+        {"Return that slipped", slipped(key(keycode::returnKey, "\r")), stays, forgets, closes},
+        {"Shift+Down that slipped", slipped(key(keycode::down, "", modifier::shift)), stays, forgets, closes},
+        {"Escape that slipped", slipped(key(keycode::escape, "\x1B")), stays, forgets, closes},
         {"Left", key(keycode::left), stays, forgets, closes},
         {"End that carries a text", key(keycode::end, "x"), stays, forgets, closes},
         {"keypad 1 without Num Lock", key(simulated::key::keypad1), stays, forgets, closes},

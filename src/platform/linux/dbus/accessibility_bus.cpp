@@ -34,8 +34,10 @@ QString addressOf(const QDBusConnection& bus) {
 
 Permission withoutBus() {
     return {.isGranted = false,
-            .finding = "there is no session bus, through which applications are asked for their text",
-            .remedy = "Start the desktop session through dbus-run-session, or install dbus-user-session."};
+            .finding =
+                Message::tr("there is no session bus, through which applications are asked for their text"),
+            .remedy = Message::tr(
+                "Start the desktop session through dbus-run-session, or install dbus-user-session.")};
 }
 
 Permission unreachable(const std::string& why) {
@@ -49,20 +51,24 @@ Permission unreachable(const std::string& why) {
 
 Permission permissionOf(bool isOn) {
     if (isOn)
-        return {
-            .isGranted = true, .finding = "the accessibility bus answers and is switched on", .remedy = {}};
+        return {.isGranted = true,
+                .finding = Message::tr("the accessibility bus answers and is switched on"),
+                .remedy = {}};
     return {.isGranted = false,
-            .finding = "the accessibility bus is switched off",
-            .remedy = "Glyma switches it on when it starts; its preferences do so on the page Permissions.",
+            .finding = Message::tr("the accessibility bus is switched off"),
+            .remedy = Message::tr(
+                "Glyma switches it on when it starts; its preferences do so on the page Permissions."),
             .canBeObtained = true};
 }
 
 Permission permissionOf(const QDBusMessage& answer) {
     if (answer.type() == QDBusMessage::ReplyMessage && !answer.arguments().isEmpty())
         return permissionOf(answer.arguments().constFirst().value<QDBusVariant>().variant().toBool());
-    return {.isGranted = false,
-            .finding = "the accessibility bus does not answer: " + answer.errorMessage().toStdString(),
-            .remedy = "Install the package at-spi2-core, then log out and in again."};
+    return {
+        .isGranted = false,
+        .finding =
+            Message::tr("the accessibility bus does not answer: %1").arg(answer.errorMessage().toStdString()),
+        .remedy = Message::tr("Install the package at-spi2-core, then log out and in again.")};
 }
 
 } // namespace

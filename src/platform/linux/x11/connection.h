@@ -60,4 +60,22 @@ private:
     int screenNumber_ = 0;
 };
 
+/// While it lives the server serves this connection alone: waiting for an answer on another one never ends.
+class ServerGrab {
+public:
+    explicit ServerGrab(const Connection& connection)
+        : connection_(connection) {
+        xcb_grab_server(connection_.get());
+    }
+    ~ServerGrab() {
+        xcb_ungrab_server(connection_.get());
+        connection_.flush();
+    }
+    ServerGrab(const ServerGrab&) = delete;
+    ServerGrab& operator=(const ServerGrab&) = delete;
+
+private:
+    const Connection& connection_;
+};
+
 } // namespace glyma::x11

@@ -60,6 +60,12 @@ public:
         return false;
     }
 
+    /// Whether keys of ours may come by now.
+    bool isOpen() const {
+        const std::scoped_lock lock(mutex_);
+        return std::ranges::any_of(batches_, &Entry::isOpen);
+    }
+
     /// Forgets everything: a new tap sees a new stream.
     void clear() {
         const std::scoped_lock lock(mutex_);
@@ -72,7 +78,7 @@ private:
         bool isOpen = false;
         std::vector<KeyMove> moves;
     };
-    std::mutex mutex_;
+    mutable std::mutex mutex_;
     std::deque<Entry> batches_;
     Batch last_ = 0;
 };

@@ -65,10 +65,6 @@ EchoLedger::Batch FakeKeys::write(const Connection& connection, EchoLedger& echo
     }
     const bool isHeld = hold && hold->stands();
     bool isOpen = !isHeld;
-    // A busy server may turn to another client amid the batch, which may be the one that types for the user:
-    // a keyboard on the screen, a remote desktop.
-    if (isHeld)
-        xcb_grab_server(connection.get());
     if (hold && !isHeld)
         hold->letThrough(); // a passive grab may be on
     const auto setOpen = [&](bool value) {
@@ -90,8 +86,6 @@ EchoLedger::Batch FakeKeys::write(const Connection& connection, EchoLedger& echo
             last = each.key;
     }
     setOpen(false);
-    if (isHeld)
-        xcb_ungrab_server(connection.get());
     if (witness != XCB_WINDOW_NONE)
         sendMark(connection, witness, {.batch = batch, .isEnd = true});
     return batch;

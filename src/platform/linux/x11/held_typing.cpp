@@ -10,25 +10,19 @@ HeldTyping::HeldTyping(KeyboardLink& link, Tap tap)
     : link_(link)
     , tap_(std::move(tap)) {}
 
-void HeldTyping::moved(KeyMove move, xcb_input_device_id_t device) {
-    if (move.isPress) {
-        down_[move.key] = device;
-    } else {
+void HeldTyping::moved(KeyMove move) {
+    if (move.isPress)
+        down_.insert(move.key);
+    else
         down_.erase(move.key);
-        lifted_.erase(move.key);
-    }
 }
 
-void HeldTyping::reachedApplication(KeyMove move) {
+/// The key may be up again by now: shown_ follows what the application has seen so far.
+void HeldTyping::reachedApplication(KeyMove move, xcb_input_device_id_t device) {
     if (!move.isPress)
         shown_.erase(move.key);
-    else if (const auto found = down_.find(move.key); found != down_.end() && !isLock(move.key))
-        shown_.insert(*found);
-}
-
-void HeldTyping::consumed(xcb_keycode_t key) {
-    if (const auto found = down_.find(key); found != down_.end())
-        lifted_.insert(*found);
+    else if (!isLock(move.key))
+        shown_[move.key] = device;
 }
 
 void HeldTyping::deliver() {
@@ -47,20 +41,35 @@ void HeldTyping::deliver() {
 /// by then, is down for the server, which drops his next press of it.
 void HeldTyping::sort() {
     auto arrived = std::exchange(arrived_, {});
+    examined_ = 0;
     if (arrived.empty())
         return;
     readKept();
-    // The same key moved by us and by the user at the same instant: either may have been taken for the other.
+    for (auto& event : arrived)
+        event.wasKept = takeKept(event.move, 0);
     constexpr xcb_timestamp_t sameInstant = 4;
-    for (const auto tolerance : {xcb_timestamp_t{0}, sameInstant})
-        for (auto& event : arrived)
-            event.wasKept = event.wasKept || takeKept(event.move, tolerance);
+    for (auto& event : arrived)
+        event.wasKept = event.wasKept || (event.mayBeOurs && takeKept(event.move, sameInstant));
     for (auto& event : arrived) {
         const auto& key = event.move.key;
         event.hasReachedApplication =
             key.isPress && !event.wasKept && !pressed_.contains(key.key) && !shown_.contains(key.key);
         waiting_.push_back(std::move(event));
     }
+}
+
+bool HeldTyping::hasLeaked() {
+    if (examined_ >= arrived_.size())
+        return false;
+    readKept();
+    const auto isLeak = [&](const Event& event) {
+        const auto key = event.move.key.key;
+        return event.move.key.isPress && event.heard && !event.mayBeOurs && !shown_.contains(key) &&
+               !pressed_.contains(key) && std::ranges::find(kept_, event.move) == kept_.end();
+    };
+    const auto first =
+        arrived_.begin() + static_cast<std::ptrdiff_t>(std::exchange(examined_, arrived_.size()));
+    return std::any_of(first, arrived_.end(), isLeak);
 }
 
 bool HeldTyping::takeKept(const TimedMove& move, xcb_timestamp_t tolerance) {
@@ -101,10 +110,14 @@ void HeldTyping::deliverPress(Event& event) {
     const auto key = event.move.key.key;
     if (isLock(key))
         return; // its effect is in the locks of the keys that follow
+    if (event.heard)
+        event.heard->hasReachedApplication = event.hasReachedApplication;
     if (event.heard && tap_.hear(*event.heard) == Verdict::consume)
-        return consumed(key);
-    if (event.hasReachedApplication)
-        return reachedApplication(event.move.key);
+        return;
+    if (event.hasReachedApplication) {
+        flush(); // what waits before it is sent before what comes after it
+        return reachedApplication(event.move.key, event.device);
+    }
     send(event);
     // The next verdict may claim such a key: it would not reach the application any more.
     if (event.heard && mayBeClaimed(*event.heard))
@@ -118,67 +131,64 @@ bool HeldTyping::mayBeClaimed(const KeyEvent& event) const {
 }
 
 void HeldTyping::send(const Event& event) {
-    if (batch_.empty()) {
-        serverBefore_ = onServer();
-        shownBefore_ = shown_;
-    }
     const auto key = event.move.key.key;
     if (event.move.key == KeyMove{lastSent_.key, true} && !lastSent_.isPress) {
         flush();
         link_.pause();
         tap_.readEvents();
-        serverBefore_ = onServer();
+    }
+    if (batch_.empty())
         shownBefore_ = shown_;
-    }
     lastSent_ = event.move.key;
-    if (event.move.key.isPress) {
+    if (event.move.key.isPress)
         shown_[key] = event.device;
-        lifted_.erase(key);
-    } else {
+    else
         shown_.erase(key);
-    }
     batch_.push_back(event);
 }
 
 void HeldTyping::flush() {
     if (batch_.empty())
         return;
-    FakeKeys keys;
-    pressed_ = turn(keys, serverBefore_, shownBefore_);
+    const auto batch = std::exchange(batch_, {});
+    link_.replay([&](const std::vector<HeldKey>& down) {
+        Keys server;
+        for (const auto& each : down)
+            if (!isLock(each.key))
+                server[each.key] = each.device;
+        return plan(batch, shownBefore_, server);
+    });
+}
+
+Injection HeldTyping::plan(const std::vector<Event>& batch, const Keys& shownBefore, const Keys& server) {
+    Injection planned;
+    auto& keys = planned.keys;
+    pressed_ = turn(keys, server, shownBefore);
     // The server ignores the press of a key that is down, which it may be by now.
-    for (const auto& event : batch_)
-        if (event.move.key.isPress && !shownBefore_.contains(event.move.key.key))
-            keys.release(event.move.key.key, link_.deviceFor(event.device));
+    for (const auto& event : batch)
+        if (event.move.key.isPress && !shownBefore.contains(event.move.key.key))
+            keys.release(event.move.key.key, event.device);
     const auto locksNow = tap_.locks();
     auto locks = locksNow;
-    for (const auto& event : std::exchange(batch_, {})) {
-        const auto key = event.move.key.key;
-        if (event.move.key.isPress && event.locks != locks) {
+    for (const auto& event : batch) {
+        const auto& [key, isPress] = event.move.key;
+        if (isPress && event.locks != locks) {
             keys.setHidden(true);
             keys.lock(locks = event.locks);
         }
         keys.setHidden(false);
-        const auto device = link_.deviceFor(event.device);
-        event.move.key.isPress ? keys.press(key, device) : keys.release(key, device);
-        if (event.move.key.isPress)
-            pressed_[key] = device;
+        isPress ? keys.press(key, event.device) : keys.release(key, event.device);
+        if (isPress)
+            pressed_[key] = event.device;
     }
     keys.setHidden(true);
     if (locks != locksNow)
         keys.lock(locksNow);
-    const auto server = onServer();
     pressed_.merge(turn(keys, shown_, server));
-    // The user may have let go by now what we take for down.
-    std::vector<HeldKey> restored;
+    // Keyboards go on while other clients wait: the user may have let go by now what was down.
     for (const auto& [key, device] : server)
-        restored.push_back({key, link_.deviceFor(device)});
-    link_.replay(keys, std::move(restored));
-}
-
-HeldTyping::Keys HeldTyping::onServer() const {
-    Keys keys = down_;
-    std::erase_if(keys, [&](const auto& each) { return lifted_.contains(each.first) || isLock(each.first); });
-    return keys;
+        planned.restored.push_back({key, device});
+    return planned;
 }
 
 /// \return what was pressed.
@@ -187,11 +197,11 @@ HeldTyping::Keys HeldTyping::turn(FakeKeys& keys, const Keys& from, const Keys& 
     Keys pressed;
     for (const auto& [key, device] : from)
         if (!to.contains(key))
-            keys.release(key, link_.deviceFor(device));
+            keys.release(key, device);
     for (const auto& [key, device] : to)
         if (!from.contains(key)) {
-            pressed[key] = link_.deviceFor(device);
-            keys.press(key, pressed[key]);
+            pressed[key] = device;
+            keys.press(key, device);
         }
     return pressed;
 }
@@ -201,8 +211,7 @@ HeldTyping::Keys HeldTyping::turn(FakeKeys& keys, const Keys& from, const Keys& 
 bool HeldTyping::finish() {
     link_.freeze();
     tap_.readEvents();
-    if (!arrived_.empty())
-        readKept();
+    readKept(); // also our own moves, which must not be taken for a claimed key's afterwards
     const auto isOurs = [&](const Event& event) {
         const auto& move = event.move.key;
         return move.isPress ? std::ranges::find(kept_, event.move) != kept_.end() : shown_.contains(move.key);
@@ -220,6 +229,7 @@ bool HeldTyping::finish() {
 }
 
 void HeldTyping::giveUp() {
+    examined_ = 0;
     for (auto& event : std::exchange(arrived_, {}))
         if (link_.isHolding()) // the one before it has begun a hold
             keep(std::move(event));

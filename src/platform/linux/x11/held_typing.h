@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace glyma::x11 {
@@ -15,19 +16,23 @@ namespace glyma::x11 {
 /// The user's keys: which are down, and those that wait while typing is held and are delivered afterwards.
 /// Tap thread.
 ///
-/// Three answers to "is this key down" differ while typing is held: the user's fingers say one, the server
-/// knows the same but for keys that we let go for the user, and the application knows what has been delivered
-/// to it. A delivery first makes the server's keys those of the application, unseen by it, then moves the
-/// keys as the user moved them, on the keyboards that they are on, and unseen makes the server's keys the
-/// user's again. When everything has been delivered all three agree.
+/// Three answers to "is this key down" differ while typing is held: the user's fingers say one, as far as the
+/// tap has heard of them; the server knows the same but for keys that we let go for the user; and the
+/// application knows what has been delivered to it. A delivery asks the server and first makes its keys those
+/// of the application, unseen by it, then moves the keys as the user moved them, on the keyboards that they
+/// are on, and unseen makes the server's keys again what they were. When everything has been delivered all
+/// three agree.
 class HeldTyping {
 public:
     /// Something the user did, with all that it meant at the time.
     struct Event {
-        TimedMove move; ///< key 0: no key, the modifiers in effect have changed
-        xcb_input_device_id_t device = 0;
+        TimedMove move;                   ///< key 0: no key, the modifiers in effect have changed
+        xcb_input_device_id_t device = 0; ///< as for reachedApplication()
         Locks locks;
         std::optional<KeyEvent> heard; ///< what the callback is to be told
+        /// It came amid keys that we moved: of two moves of the same key, ours and the user's, either may
+        /// have been taken for the other.
+        bool mayBeOurs = false;
         bool wasKept = false;
         bool hasReachedApplication = false;
     };
@@ -47,14 +52,17 @@ public:
 
     // Always
     /// The user has moved a key.
-    void moved(KeyMove move, xcb_input_device_id_t device);
-    /// A move that nothing kept has reached the application, or was consumed.
-    void reachedApplication(KeyMove move);
-    void consumed(xcb_keycode_t key);
+    void moved(KeyMove move);
+    /// A move that nothing kept has reached the application.
+    /// \param device  on which the key can be moved, as KeyboardLink::deviceFor tells.
+    void reachedApplication(KeyMove move, xcb_input_device_id_t device);
     bool isDown(xcb_keycode_t key) const { return down_.contains(key); }
 
     // While typing is held
     void keep(Event event) { arrived_.push_back(std::move(event)); }
+    /// Whether something typed behind the key that chose has reached the application, because the hold did
+    /// not stand yet. One round trip when something new has been typed.
+    bool hasLeaked();
     /// Delivers what waits until a new hold begins, or nothing waits any more and typing is free again.
     void deliver();
     /// Gives back what arrived although typing could not be held.
@@ -73,27 +81,25 @@ private:
     void flush();
     bool finish();
     bool isLock(xcb_keycode_t key) const { return map_->shifts(key) && !map_->isHeldModifier(key); }
-    Keys onServer() const;
-    Keys turn(FakeKeys& keys, const Keys& from, const Keys& to);
+    Injection plan(const std::vector<Event>& batch, const Keys& shownBefore, const Keys& server);
+    static Keys turn(FakeKeys& keys, const Keys& from, const Keys& to);
 
     KeyboardLink& link_;
     Tap tap_;
     const KeyboardMap* map_ = nullptr;
-    Keys down_;
-    /// Down for the user, let go by us.
-    Keys lifted_;
+    std::set<xcb_keycode_t> down_;
     /// Down for the application.
     Keys shown_;
     std::vector<Event> arrived_;
+    std::size_t examined_ = 0; ///< of arrived_, by hasLeaked()
     /// What the grab has told of and the tap has not.
     std::vector<TimedMove> kept_;
     std::deque<Event> waiting_;
     /// What the last batch has pressed, and moved last for the application.
     Keys pressed_;
     KeyMove lastSent_;
-    /// To be sent next; the server's and the application's keys before it.
+    /// To be sent next; the application's keys before it.
     std::vector<Event> batch_;
-    Keys serverBefore_;
     Keys shownBefore_;
 };
 

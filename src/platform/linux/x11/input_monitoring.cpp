@@ -1,45 +1,50 @@
 #include "platform/linux/x11/input_monitoring.h"
 
-#include <fmt/format.h>
-
 namespace glyma::x11 {
 
 namespace {
 
-Permission refused(std::string finding, std::string remedy) {
+Permission refused(Message finding, Message remedy) {
     return {.isGranted = false, .finding = std::move(finding), .remedy = std::move(remedy)};
 }
 
-Permission withoutExtension(const char* name, const char* purpose) {
-    return refused(
-        fmt::format("the X server does not offer the extension {}, without which no {} is possible", name,
-                    purpose),
-        fmt::format("Start the X server without \"-extension {}\", or use a current X.Org server.", name));
+Permission withoutExtension(const char* name, Message finding) {
+    return refused(std::move(finding).arg(name),
+                   Message::tr("Start the X server without \"-extension %1\", or use a current X.Org server.")
+                       .arg(name));
 }
 
 } // namespace
 
 Permission inputMonitoring(const Probe& probe) {
     if (!probe.isReachable)
-        return refused(probe.display.empty() ? "there is no X display: DISPLAY is not set"
-                                             : fmt::format("the X display {} does not answer", probe.display),
-                       "Start the program inside a desktop session that runs on X11 or offers Xwayland.");
+        return refused(
+            probe.display.empty() ? Message::tr("there is no X display: DISPLAY is not set")
+                                  : Message::tr("the X display %1 does not answer").arg(probe.display),
+            Message::tr("Start the program inside a desktop session that runs on X11 or offers Xwayland."));
     if (probe.xinput < neededXInput)
-        return refused(fmt::format("the X server speaks XInput {}.{}, and {}.{} is needed to hear keys",
-                                   probe.xinput.major, probe.xinput.minor, neededXInput.major,
-                                   neededXInput.minor),
-                       "Use an X server of 2012 or later with its XInputExtension switched on.");
+        return refused(Message::tr("the X server speaks XInput %1.%2, and %3.%4 is needed to hear keys")
+                           .arg(probe.xinput.major)
+                           .arg(probe.xinput.minor)
+                           .arg(neededXInput.major)
+                           .arg(neededXInput.minor),
+                       Message::tr("Use an X server of 2012 or later with its XInputExtension switched on."));
     if (!probe.hasXTest)
-        return withoutExtension("XTEST", "typing for the user");
+        return withoutExtension(
+            "XTEST", Message::tr("the X server does not offer the extension %1, without which no typing for "
+                                 "the user is possible"));
     if (!probe.hasXkb)
-        return withoutExtension("XKEYBOARD", "reading of the keyboard layout");
+        return withoutExtension(
+            "XKEYBOARD", Message::tr("the X server does not offer the extension %1, without which no reading "
+                                     "of the keyboard layout is possible"));
     if (probe.isXwayland)
         return {.isGranted = true,
                 .finding =
-                    fmt::format("keys are heard on {} in X11 applications only: this is a Wayland session",
-                                probe.display),
-                .remedy = "Log in to an X11 (Xorg) session to use it everywhere."};
-    return {.isGranted = true, .finding = fmt::format("keys are heard on {}", probe.display), .remedy = {}};
+                    Message::tr("keys are heard on %1 in X11 applications only: this is a Wayland session")
+                        .arg(probe.display),
+                .remedy = Message::tr("Log in to an X11 (Xorg) session to use it everywhere.")};
+    return {
+        .isGranted = true, .finding = Message::tr("keys are heard on %1").arg(probe.display), .remedy = {}};
 }
 
 InputMonitoring::InputMonitoring(std::string display)
@@ -55,9 +60,10 @@ void InputMonitoring::probe() {
 }
 
 Permission InputMonitoring::current() const {
-    if (!offered_.isGranted || obstacle_.empty())
+    if (!offered_.isGranted || obstacle_.isEmpty())
         return offered_;
-    return refused(obstacle_, "Glyma tries again every five seconds. If this stays, log out and in again.");
+    return refused(obstacle_,
+                   Message::tr("Glyma tries again every five seconds. If this stays, log out and in again."));
 }
 
 void InputMonitoring::check() {
@@ -76,7 +82,7 @@ Subscription InputMonitoring::observe(std::function<void()> callback) {
     return changed_.connect(std::move(callback));
 }
 
-void InputMonitoring::setObstacle(const std::string& obstacle) {
+void InputMonitoring::setObstacle(const Message& obstacle) {
     const auto before = current();
     obstacle_ = obstacle;
     if (current() != before)

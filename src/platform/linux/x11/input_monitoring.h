@@ -28,7 +28,7 @@ public:
     /// One that is open, for other questions; null when the server does not answer.
     const Connection* connection() const { return connection_ ? &*connection_ : nullptr; }
     /// What keeps the tap from running although the server has everything, in sentences; empty: nothing.
-    void setObstacle(const std::string& obstacle);
+    void setObstacle(const Message& obstacle);
 
 private:
     void probe();
@@ -36,7 +36,7 @@ private:
     const std::string display_;
     std::optional<Connection> connection_;
     Permission offered_;
-    std::string obstacle_;
+    Message obstacle_;
     Signal<> changed_;
 };
 

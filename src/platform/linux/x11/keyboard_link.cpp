@@ -10,6 +10,19 @@
 
 namespace glyma::x11 {
 
+namespace {
+
+constexpr std::size_t mostGrabbed = 32;
+
+/// Whether a key takes effect later than its raw event, or not at all: as an aid for hands that tremble.
+bool delaysKeys(const Connection& connection) {
+    const auto cookie = xcb_xkb_get_controls(connection.get(), XCB_XKB_ID_USE_CORE_KBD);
+    const auto reply = owned(xcb_xkb_get_controls_reply(connection.get(), cookie, nullptr));
+    return reply && (reply->enabledControls & (XCB_XKB_BOOL_CTRL_SLOW_KEYS | XCB_XKB_BOOL_CTRL_BOUNCE_KEYS));
+}
+
+} // namespace
+
 KeyboardLink::KeyboardLink(std::string display, std::function<void(std::string_view)> report)
     : display_(std::move(display))
     , report_(std::move(report)) {}
@@ -151,9 +164,27 @@ void KeyboardLink::readEvents() {
     while (const auto event = connection_->pollEvent()) {
         if (isHolding_ && !isHeard(*event) && hold_->keep(*event))
             continue;
-        if (const auto swallowed = grabs_->handle(*event))
+        if (const auto swallowed = grabs_->handle(*event)) {
             toDrop_.push_back(*swallowed);
+            grabbed_.push_back({{swallowed->key, true}, swallowed->time});
+            if (grabbed_.size() > mostGrabbed)
+                grabbed_.pop_front();
+        }
     }
+}
+
+/// The server makes the raw event of a press and the event of its grab in one go.
+bool KeyboardLink::hasSlipped(const KeyEvent& event, const TimedMove& press) {
+    const std::scoped_lock lock(mutex_);
+    if (!isOpen() || isHolding_ || isSilent_ || !isClaimed(claims_, event.keyCode, event.flags))
+        return false;
+    (void)connection_->focus();
+    readEvents();
+    return !hasGrabbed(press) && !delaysKeys(*connection_);
+}
+
+bool KeyboardLink::hasGrabbed(const TimedMove& press) {
+    return std::ranges::find(grabbed_, press) != grabbed_.end();
 }
 
 std::vector<SwallowedKey> KeyboardLink::swallow() {
@@ -230,15 +261,28 @@ bool KeyboardLink::injectNow(std::span<const KeyChord> chords) {
 }
 
 bool KeyboardLink::injectBatch(std::span<const KeyChord> chords) {
-    const auto held = readHeldKeys(*connection_, readKeyboards(*connection_));
     for (const auto& swallowed : swallow())
         drop(swallowed);
-    auto plan = planInjection(chords, held, *map_, readLayout(*connection_));
-    restoringBatch_ = plan.keys.write(*connection_, echoes_, witness_, &*hold_);
-    restored_ = std::move(plan.restored);
+    const bool isComplete = moveKeys([&](const std::vector<HeldKey>& down) {
+        return planInjection(chords, down, *map_, readLayout(*connection_));
+    });
     (void)connection_->focus(); // its answer comes when all keys have been moved
     wake();
-    return plan.isComplete && isOpen();
+    return isComplete && isOpen();
+}
+
+/// Past a hold nobody else is served from looking at the keys to the last mark: a Shift that another client
+/// presses or lets go for the user in between (a keyboard on the screen, a remote desktop) would change what
+/// is typed, or stay down.
+bool KeyboardLink::moveKeys(const std::function<Injection(const std::vector<HeldKey>& down)>& plan) {
+    const auto keyboards = readKeyboards(*connection_);
+    std::optional<ServerGrab> alone;
+    if (isHolding_)
+        alone.emplace(*connection_);
+    auto planned = plan(readHeldKeys(*connection_, keyboards));
+    restoringBatch_ = planned.keys.write(*connection_, echoes_, witness_, &*hold_);
+    restored_ = std::move(planned.restored);
+    return planned.isComplete;
 }
 
 std::vector<HeldKey> KeyboardLink::restoredBy(EchoLedger::Batch batch) {
@@ -297,12 +341,16 @@ std::vector<TimedMove> KeyboardLink::takeKept() {
     return hold_->takeKept();
 }
 
-void KeyboardLink::replay(const FakeKeys& keys, std::vector<HeldKey> restored) {
+void KeyboardLink::replay(const std::function<Injection(const std::vector<HeldKey>& down)>& plan) {
     const std::scoped_lock lock(mutex_);
     if (!isOpen())
         return;
-    restoringBatch_ = keys.write(*connection_, echoes_, witness_, &*hold_);
-    restored_ = std::move(restored);
+    moveKeys([&](std::vector<HeldKey> down) {
+        for (auto& each : down)
+            if (!isMovable(each.device))
+                each.device = FakeKeys::ownDevice;
+        return plan(down);
+    });
     connection_->flush();
 }
 

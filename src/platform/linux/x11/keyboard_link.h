@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -49,6 +50,10 @@ public:
     /// Whether the claims cover a press of this key now.
     bool consumes(xcb_keycode_t key, ModifierMask modifiers) const;
 
+    /// Whether this press of the user's, heard while typing is not held, has not been kept from the
+    /// application although it is claimed by now. One round trip where it is claimed. Tap thread.
+    bool hasSlipped(const KeyEvent& event, const TimedMove& press);
+
     /// Reads what the server sent. To be called when `descriptor()` is readable and when woken. Tap thread.
     /// \return whether handleEvents() is to let a key go.
     bool hasSwallowed();
@@ -79,8 +84,9 @@ public:
     /// before the call.
     std::vector<TimedMove> takeKept();
     /// Moves keys of the user past the hold.
-    /// \param restored  as restoredBy() is to answer.
-    void replay(const FakeKeys& keys, std::vector<HeldKey> restored);
+    /// \param plan  makes the moves from the keys that are down, on devices as deviceFor() gives them. Nobody
+    ///              else is served meanwhile: it must not wait for the server.
+    void replay(const std::function<Injection(const std::vector<HeldKey>& down)>& plan);
     /// Lets pass what has to pass between two presses of one key.
     void pause();
     /// The device on which a key of this keyboard can be moved.
@@ -103,9 +109,11 @@ private:
     void apply();
     void readEvents();
     std::vector<SwallowedKey> swallow();
+    bool hasGrabbed(const TimedMove& press);
     bool isHeard(const xcb_generic_event_t& event) const;
     bool injectNow(std::span<const KeyChord> chords);
     bool injectBatch(std::span<const KeyChord> chords);
+    bool moveKeys(const std::function<Injection(const std::vector<HeldKey>& down)>& plan);
     void drop(const SwallowedKey& swallowed);
     bool isMovable(xcb_input_device_id_t device);
     void wake() const;
@@ -135,6 +143,8 @@ private:
     };
     std::vector<CachedList> lists_;
     std::vector<SwallowedKey> toDrop_;
+    /// The last presses that our passive grabs have kept.
+    std::deque<TimedMove> grabbed_;
     std::vector<SwallowedKey> swallowed_;
     std::map<xcb_input_device_id_t, bool> movable_;
     EchoLedger::Batch restoringBatch_ = 0;

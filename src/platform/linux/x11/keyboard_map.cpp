@@ -1,6 +1,7 @@
 #include "platform/linux/x11/keyboard_map.h"
 
 #include "platform/linux/x11/key_codes.h"
+#include "platform/message.h"
 
 #include <xkbcommon/xkbcommon-x11.h>
 
@@ -27,8 +28,10 @@ std::expected<KeyboardMap, std::string> KeyboardMap::load(const Connection& conn
     State probe(keymap ? xkb_state_new(keymap.get()) : nullptr);
     if (!probe)
         return std::unexpected(
-            "The keyboard layout cannot be read from the X server. Set one with setxkbmap, "
-            "then start Glyma again.");
+            Message::tr(
+                "The keyboard layout cannot be read from the X server. Set one with setxkbmap, then start "
+                "Glyma again.")
+                .english());
     KeyboardMap map(std::move(keymap), std::move(probe));
     map.readModifiers(connection);
     return map;

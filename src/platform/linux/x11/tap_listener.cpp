@@ -106,8 +106,8 @@ void TapListener::readHeldKeys() {
     for (auto key = map_->firstKey(); reply && key <= map_->lastKey(); ++key)
         if (reply->keys[key / 8] & (1U << (key % 8))) {
             const KeyMove press{static_cast<xcb_keycode_t>(key), true};
-            held_.moved(press, unknownDevice);
-            held_.reachedApplication(press);
+            held_.moved(press);
+            held_.reachedApplication(press, unknownDevice);
         }
 }
 
@@ -194,15 +194,16 @@ void TapListener::handleRaw(const xcb_input_raw_key_press_event_t& event) {
         lastEcho_ = KeyMove{key, isPress};
         return;
     }
-    held_.moved({key, isPress}, event.sourceid);
+    held_.moved({key, isPress});
     if (!isPress && repeating_ && repeating_->key == key)
         stopRepeating();
     if (isPress && isMapStale_)
         reloadMap();
     HeldTyping::Event moved{.move = {{key, isPress}, event.time},
-                            .device = event.sourceid,
+                            .device = link_.deviceFor(event.sourceid),
                             .locks = typing_.locks(),
                             .heard = std::nullopt,
+                            .mayBeOurs = link_.echoes().isOpen(),
                             .wasKept = false,
                             .hasReachedApplication = false};
     if (isPress && !map_->shifts(key)) {
@@ -217,10 +218,11 @@ void TapListener::handleRaw(const xcb_input_raw_key_press_event_t& event) {
 
 void TapListener::hearLive(const HeldTyping::Event& event) {
     link_.setHeard(event.move);
-    if (event.heard && deliver(*event.heard) == Verdict::consume)
-        held_.consumed(event.move.key.key);
-    else
-        held_.reachedApplication(event.move.key);
+    auto heard = event.heard;
+    if (heard)
+        heard->hasReachedApplication = link_.hasSlipped(*heard, event.move);
+    if (!heard || deliver(*heard) == Verdict::pass)
+        held_.reachedApplication(event.move.key, event.device);
 }
 
 void TapListener::handleKeyboard(const xcb_generic_event_t& event) {
@@ -254,6 +256,7 @@ void TapListener::handleState(const xcb_xkb_state_notify_event_t& event) {
                     .device = 0,
                     .locks = {},
                     .heard = std::move(changed),
+                    .mayBeOurs = false,
                     .wasKept = false,
                     .hasReachedApplication = false});
     else
@@ -364,6 +367,9 @@ void TapListener::readEvents() {
 }
 
 void TapListener::watchHold() {
+    // What is to be deleted is no longer what stands before the caret.
+    if (link_.currentHold() != 0 && held_.hasLeaked())
+        link_.release(link_.currentHold());
     const auto current = link_.currentHold();
     if (holdTimer_.clear() && watched_ == current)
         link_.release(watched_);

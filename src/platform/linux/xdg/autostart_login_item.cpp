@@ -19,35 +19,39 @@ bool AutostartLoginItem::isEnabled() const {
            entry->isAutostartEnabled;
 }
 
-std::expected<void, std::string> AutostartLoginItem::enable() {
+std::expected<void, Message> AutostartLoginItem::enable() {
     if (executable_.empty())
         return std::unexpected(
-            "Glyma cannot be started at login: it does not know where it is installed. Install "
-            "it again.");
+            Message::tr("Glyma cannot be started at login: it does not know where it is installed. Install "
+                        "it again."));
     const auto text = entryText();
     constexpr std::size_t sizeLimit = 64 * 1024;
     if (const auto present = readFile(file_, sizeLimit); present && *present == text)
         return {};
     if (const auto made = makePrivateFolder(file_.parent_path()); !made)
-        return std::unexpected(fmt::format(
-            "Glyma cannot be started at login: the folder {} cannot be made ({}). Check the permissions "
-            "of the folder that it belongs in.",
-            file_.parent_path().string(), made.error().message()));
+        return std::unexpected(
+            Message::tr("Glyma cannot be started at login: the folder %1 cannot be made (%2). Check the "
+                        "permissions of the folder that it belongs in.")
+                .arg(file_.parent_path().string())
+                .arg(made.error().message()));
     if (const auto replaced = replaceFile(file_, text, 0644); !replaced)
-        return std::unexpected(fmt::format(
-            "Glyma cannot be started at login: {} cannot be written ({}). Make its folder writable, and "
-            "see that the disk is not full.",
-            file_.string(), replaced.error().message()));
+        return std::unexpected(
+            Message::tr("Glyma cannot be started at login: %1 cannot be written (%2). Make its folder "
+                        "writable, and see that the disk is not full.")
+                .arg(file_.string())
+                .arg(replaced.error().message()));
     return {};
 }
 
-std::expected<void, std::string> AutostartLoginItem::disable() {
+std::expected<void, Message> AutostartLoginItem::disable() {
     std::error_code error;
     fs::remove(file_, error);
     if (error)
-        return std::unexpected(fmt::format(
-            "Glyma is still started at login: {} cannot be removed ({}). Make its folder writable.",
-            file_.string(), error.message()));
+        return std::unexpected(
+            Message::tr(
+                "Glyma is still started at login: %1 cannot be removed (%2). Make its folder writable.")
+                .arg(file_.string())
+                .arg(error.message()));
     return {};
 }
 
@@ -56,6 +60,7 @@ std::string AutostartLoginItem::entryText() const {
                        "Type=Application\n"
                        "Name=Glyma\n"
                        "Comment=Type any emoji, symbol or snippet into any application\n"
+                       "Comment[de]=Jedes Emoji, Zeichen oder Textstück in jede Anwendung tippen\n"
                        "Exec={}\n"
                        "Icon=glyma\n"
                        "Terminal=false\n"

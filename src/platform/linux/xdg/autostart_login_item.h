@@ -15,8 +15,8 @@ public:
     AutostartLoginItem(const std::filesystem::path& folder, std::filesystem::path executable);
 
     bool isEnabled() const override;
-    std::expected<void, std::string> enable() override;
-    std::expected<void, std::string> disable() override;
+    std::expected<void, Message> enable() override;
+    std::expected<void, Message> disable() override;
 
 private:
     std::string entryText() const;

@@ -138,6 +138,33 @@ TEST_F(ClaimsTest, aHeldClaimedKeyRepeatsForTheCallbackAlone) {
     EXPECT_TRUE(heard.isEmpty()) << "let go";
 }
 
+// On a busy machine the tap hears of the query's first letter when the keys behind it have been typed as
+// well.
+TEST_F(ClaimsTest, aKeyThatCameBeforeItsGrabIsHeardAsOneThatReachedTheApplication) {
+    for (const auto key : {pc::returnKey, pc::up, pc::down, pc::escape}) {
+        heard.react = [&](const KeyEvent& event) {
+            if (event.text != "1")
+                return;
+            user->tap(key);
+            user->sync();
+            tap->claim(picker);
+        };
+        user->tap(pc::one);
+        EXPECT_FALSE(heard.nextKey().hasReachedApplication);
+        EXPECT_TRUE(heard.nextKey().hasReachedApplication) << int{key};
+        EXPECT_THAT(targetKeys(),
+                    ElementsAre("+10", "-10", fmt::format("+{}", key), fmt::format("-{}", key)));
+        for (int round = 0; round < 20; ++round) {
+            user->tap(key);
+            user->tap(pc::s);
+            EXPECT_FALSE(heard.nextKey().hasReachedApplication) << "kept";
+            EXPECT_FALSE(heard.nextKey().hasReachedApplication) << "claimed by nobody";
+        }
+        EXPECT_EQ(targetKeys().size(), 40U);
+        tap->claim(nothing);
+    }
+}
+
 // Return chooses: the claim ends in its own callback, while it is down.
 TEST_F(ClaimsTest, aKeyIsConsumedToItsEndAlthoughTheClaimEnds) {
     for (const auto key : {pc::returnKey, pc::escape, pc::down}) {

@@ -36,6 +36,8 @@ protected:
             open(true);
         if (!isOpen_ || event.keyCode != keycode::returnKey)
             return Verdict::pass;
+        if (beforeHold)
+            beforeHold();
         const std::scoped_lock lock(mutex_);
         hold_ = tap->holdTyping();
         ++choices;
@@ -77,6 +79,8 @@ protected:
     }
 
     std::atomic<int> choices = 0;
+    /// Called when a choice has been heard.
+    std::function<void()> beforeHold;
 
 private:
     std::mutex mutex_;
@@ -182,31 +186,52 @@ TEST_F(HoldTest, deliveryStopsWhereTheNextHoldBegins) {
     EXPECT_EQ(choices, 2);
 }
 
-TEST_F(HoldTest, nothingIsLostOrTurnedRoundHoweverTypingAndInsertionsMeet) {
+class HoldStressTest : public HoldTest, public ::testing::WithParamInterface<User::Device> {};
+
+INSTANTIATE_TEST_SUITE_P(, HoldStressTest, ::testing::Values(User::Device::own, User::Device::xtest),
+                         [](const auto& device) {
+                             return device.param == User::Device::own ? "onAKeyboardOfItsOwn"
+                                                                      : "onTheKeyboardOfPrograms";
+                         });
+
+// Every third letter is a capital, its Shift pressed and let go as close to it as a program would.
+TEST_P(HoldStressTest, nothingIsLostOrTurnedRoundHoweverTypingAndInsertionsMeet) {
     constexpr int typedKeys = 4000;
     const std::vector letters = {pc::s, pc::d, pc::f, pc::a, pc::e, pc::q};
     Lines expected;
     std::atomic<bool> isDone = false;
     std::thread typist([&] {
-        User fast(server->display());
+        User fast(server->display(), GetParam());
+        const auto pause = [](int number) {
+            std::this_thread::sleep_for(std::chrono::microseconds(number % 7 * 150));
+        };
         for (int index = 0; index < typedKeys; ++index) {
-            const auto key = index % 40 == 13   ? pc::one
-                             : index % 40 == 20 ? pc::returnKey
-                                                : letters[static_cast<std::size_t>(index * 7 % 11) % 6];
+            const bool isReturn = index % 40 == 20;
+            const auto key = index % 40 == 13 ? pc::one
+                             : isReturn       ? pc::returnKey
+                                              : letters[static_cast<std::size_t>(index * 7 % 11) % 6];
+            const bool isShifted = index % 3 == 0 && key != pc::one && !isReturn;
+            if (isShifted)
+                fast.press(pc::shift);
+            pause(index / 3);
             fast.tap(key);
-            if (key != pc::returnKey)
-                expected.push_back(fmt::format("+{}", key));
-            std::this_thread::sleep_for(std::chrono::microseconds(index % 7 * 150));
+            pause(index / 5);
+            if (isShifted)
+                fast.release(pc::shift);
+            if (!isReturn)
+                expected.push_back(fmt::format("+{}{}", key, isShifted ? "/1" : ""));
+            pause(index);
         }
         fast.sync();
         isDone = true;
     });
     int round = 0;
+    int sent = 0; // less than all: a key may come before a hold stands and ends it then
     while (!isDone || isHeld()) {
         if (const auto hold = takeHold()) {
-            hold->inject(std::vector{backspace, backspace, backspace});
+            sent += hold->inject(std::vector{backspace, backspace, backspace}) ? 3 : 0;
             std::this_thread::sleep_for(std::chrono::milliseconds(++round % 12));
-            hold->inject(std::vector{paste});
+            sent += hold->inject(std::vector{paste}) ? 1 : 0;
         }
         std::this_thread::yield();
     }
@@ -215,10 +240,11 @@ TEST_F(HoldTest, nothingIsLostOrTurnedRoundHoweverTypingAndInsertionsMeet) {
     settle();
     Lines got;
     int injected = 0;
-    for (const auto& line : target->keys())
-        if (line == "+22" || line == "+55")
+    for (const auto& line : target->record())
+        if (line == "+22" || line == "+55/4")
             ++injected;
-        else if (line.starts_with("+") && line != "+37" && line != "+95" && line != "+36")
+        else if (line.starts_with("+") && !line.starts_with("+37") && !line.starts_with("+50") &&
+                 line != "+95" && line != "+36")
             got.push_back(line);
     const auto [wrong, right] = std::ranges::mismatch(got, expected);
     EXPECT_EQ(got, expected) << "from key " << wrong - got.begin() << " on: "
@@ -227,7 +253,8 @@ TEST_F(HoldTest, nothingIsLostOrTurnedRoundHoweverTypingAndInsertionsMeet) {
                              << ::testing::PrintToString(Lines(right, std::min(right + 8, expected.end())));
     EXPECT_EQ(got.size(), expected.size());
     EXPECT_EQ(choices, typedKeys / 40);
-    EXPECT_EQ(injected, choices * 4);
+    EXPECT_EQ(injected, sent);
+    EXPECT_GT(sent, choices * 2);
     EXPECT_EQ(user->modifiers(), 0);
 }
 
@@ -243,6 +270,26 @@ TEST_F(HoldTest, endsByItselfAndInjectsNoMore) {
     EXPECT_THAT(targetKeys(), ElementsAre("+39", "-39"));
     user->tap(pc::d);
     EXPECT_THAT(targetKeys(), ElementsAre("+40", "-40"));
+}
+
+// Return is up again before a busy tap has heard of it: what follows is the application's, and what was to be
+// deleted no longer stands before the caret.
+TEST_F(HoldTest, aKeyThatCameBeforeItStoodEndsIt) {
+    user->tap(pc::one);
+    settle();
+    target->record();
+    beforeHold = [&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        user->tap(pc::s);
+        user->sync();
+    };
+    user->tap(pc::returnKey);
+    ASSERT_TRUE(eventually([&] { return choices == 1 && !isHeld() && !tap->link()->isHolding(); }));
+    EXPECT_FALSE(takeHold()->inject(std::vector{backspace}));
+    user->tap(pc::d);
+    auto keys = targetKeys();
+    std::erase_if(keys, [](const std::string& line) { return !line.starts_with("+"); });
+    EXPECT_THAT(keys, ElementsAre("+39", "+40"));
 }
 
 TEST_F(HoldTest, isRefusedWhileSomebodyElseHasTheKeyboard) {

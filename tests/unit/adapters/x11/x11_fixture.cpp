@@ -52,7 +52,7 @@ void Server::setLayout(const std::string& arguments) const {
     ASSERT_EQ(std::system(command.c_str()), 0) << command;
 }
 
-User::User(const std::string& display)
+User::User(const std::string& display, Device device)
     : connection_(std::move(Connection::open(display).value())) {
     negotiateXInput(connection_);
     negotiateXkb(connection_);
@@ -62,8 +62,9 @@ User::User(const std::string& display)
     auto devices = xcb_input_xi_query_device_infos_iterator(reply.get());
     for (; devices.rem > 0; xcb_input_xi_device_info_next(&devices)) {
         const std::string name(xcb_input_xi_device_info_name(devices.data), devices.data->name_len);
+        const bool isXtest = name.find("XTEST") != std::string::npos;
         if (devices.data->type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD &&
-            name.find("XTEST") == std::string::npos)
+            isXtest == (device == Device::xtest))
             device_ = static_cast<std::uint8_t>(devices.data->deviceid);
     }
 }

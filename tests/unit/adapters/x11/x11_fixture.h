@@ -46,10 +46,14 @@ private:
     std::string display_;
 };
 
-/// Somebody at the keyboard: moves keys of the server's own keyboard, as opposed to its XTEST one.
+/// Somebody at a keyboard.
 class User {
 public:
-    explicit User(const std::string& display);
+    enum class Device {
+        own,   ///< the server's own keyboard, as somebody's hands move it
+        xtest, ///< the one that programs type on, ours among them
+    };
+    explicit User(const std::string& display, Device device = Device::own);
     void press(xcb_keycode_t key) { move(key, true); }
     void release(xcb_keycode_t key) { move(key, false); }
     void tap(xcb_keycode_t key);

@@ -87,16 +87,17 @@ TEST(AutostartLoginItem, WhatItEnablesTheSessionStartsAndTheUserCanSwitchOff) {
     AutostartLoginItem blocked(folder / "x", "/bin/glyma");
     for (const auto& refused : {blocked.enable(), AutostartLoginItem(folder, "").enable()}) {
         ASSERT_FALSE(refused.has_value());
-        EXPECT_TRUE(refused.error().starts_with("Glyma cannot be started at login: ")) << refused.error();
+        EXPECT_TRUE(refused.error().english().starts_with("Glyma cannot be started at login: "))
+            << refused.error().english();
     }
-    EXPECT_NE(blocked.enable().error().find((folder / "x").string()), std::string::npos);
+    EXPECT_NE(blocked.enable().error().english().find((folder / "x").string()), std::string::npos);
     EXPECT_FALSE(blocked.isEnabled());
     // A folder in the place of the entry, which cannot be removed.
     writeText(file / "x", "");
     const auto kept = item.disable();
     ASSERT_FALSE(kept.has_value());
-    EXPECT_TRUE(kept.error().starts_with("Glyma is still started at login: " + file.string()))
-        << kept.error();
+    EXPECT_TRUE(kept.error().english().starts_with("Glyma is still started at login: " + file.string()))
+        << kept.error().english();
 }
 
 TEST(DesktopEntry, ExecQuotingSurvivesBothLayers) {

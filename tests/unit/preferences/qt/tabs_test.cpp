@@ -117,8 +117,8 @@ TEST_F(TabsTest, ARefusedStartAtLoginGoesBackAndSaysWhy) {
     open("general");
     toggle("Start Glyma at login").click();
     EXPECT_FALSE(toggle("Start Glyma at login").isChecked());
-    EXPECT_THAT(shownText(), HasSubstr(desk->loginItem.refusal));
-    desk->loginItem.refusal.clear();
+    EXPECT_THAT(shownText(), HasSubstr(desk->loginItem.refusal.english()));
+    desk->loginItem.refusal = {};
     toggle("Start Glyma at login").click();
     EXPECT_TRUE(toggle("Start Glyma at login").isChecked());
     EXPECT_THAT(shownText(), Not(HasSubstr("cannot be written")));
