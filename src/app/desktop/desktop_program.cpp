@@ -76,7 +76,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store)
                  std::move(store))
     , clipboard_(QClipboard::Clipboard)
     , primarySelection_(QClipboard::Selection)
-    , accessibility_({.enableBus = true, .warn = [this](std::string_view why) { sayUnreachable(why); }})
+    , accessibility_({.enableBus = true, .warn = [this](const Message& why) { sayUnreachable(why); }})
     , textElements_(accessibility_, [this]() -> bool { return flags_.isTestFieldFocused; })
     , frontApplications_(scheduler_,
                          [&applications = foundation.applications](const x11::WindowIdentity& window) {
@@ -234,11 +234,11 @@ void DesktopProgram::start() {
 }
 
 /// Any thread.
-void DesktopProgram::sayUnreachable(std::string_view why) {
+void DesktopProgram::sayUnreachable(const Message& why) {
     report(fmt::format(
         "Glyma: ⚠️ text is changed by keys and clipboard only: reaching applications failed — {}",
-        why));
-    scheduler_.post([this, why = std::string(why)] { accessibilityBus_.setObstacle(why); });
+        why.english()));
+    scheduler_.post([this, why] { accessibilityBus_.setObstacle(why); });
 }
 
 std::expected<void, std::string> DesktopProgram::startMonitor() {

@@ -61,7 +61,7 @@ private:
     std::vector<qt::PreferencesPage> preferencesPages();
     std::expected<void, std::string> startMonitor();
     void say(const std::string& obstacle);
-    void sayUnreachable(std::string_view why);
+    void sayUnreachable(const Message& why);
     void sayThatNoTrayIsThere();
     void updateTray();
     void report(std::string_view message);

@@ -2,6 +2,7 @@
 
 #include "platform/accessibility.h"
 #include "platform/linux/atspi/bus_status.h"
+#include "platform/message.h"
 #include "platform/open_pages.h"
 #include "platform/scheduler.h"
 
@@ -21,7 +22,7 @@ public:
         /// Switches the bus on for the session when it is off.
         bool enableBus = true;
         /// Told, on a thread of ours, that there is no bus, or none any more, and why: no full stop.
-        std::function<void(std::string_view)> warn;
+        std::function<void(const Message&)> warn;
     };
 
     /// Returns at once; the bus is connected on the way.

@@ -63,7 +63,7 @@ void AtspiAccessibility::Session::connect() {
     auto status = busStatus(options_.enableBus);
     if (status.answers && !connectLibrary(worker_.context())) {
         status.answers = false;
-        status.error = "the accessibility bus does not accept connections";
+        status.error = Message::tr("the accessibility bus does not accept connections").english();
     }
     if (status.answers) {
         activeWindow_.emplace();
@@ -77,7 +77,7 @@ void AtspiAccessibility::Session::connect() {
     statusPromise_.set_value(status);
 }
 
-void AtspiAccessibility::Session::lose(const std::string& why) {
+void AtspiAccessibility::Session::lose(const Message& why) {
     isAbsent_ = true;
     if (options_.warn)
         options_.warn(why);
@@ -86,7 +86,7 @@ void AtspiAccessibility::Session::lose(const std::string& why) {
 /// The library itself sends this one when the connection has ended.
 DBusHandlerResult AtspiAccessibility::Session::hear(DBusConnection*, DBusMessage* message, void* session) {
     if (dbus_message_is_signal(message, DBUS_INTERFACE_LOCAL, "Disconnected"))
-        static_cast<Session*>(session)->lose("the accessibility bus has ended");
+        static_cast<Session*>(session)->lose(Message::tr("the accessibility bus has ended"));
     return DBUS_HANDLER_RESULT_NOT_YET_HANDLED;
 }
 

@@ -80,7 +80,7 @@ public:
 
 private:
     void connect();
-    void lose(const std::string& why);
+    void lose(const Message& why);
     static DBusHandlerResult hear(DBusConnection* bus, DBusMessage* message, void* session);
 
     struct Disconnect {

@@ -40,7 +40,8 @@ json describeValue(const AttributeValue& value) {
 class Probe {
 public:
     Probe()
-        : accessibility_({.enableBus = true, .warn = [](auto message) { std::cerr << message << '\n'; }}) {}
+        : accessibility_({.enableBus = true,
+                          .warn = [](const auto& message) { std::cerr << message.english() << '\n'; }}) {}
 
     json answer(const json& command) {
         const auto name = command.at(0).get<std::string>();
