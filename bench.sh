@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the benchmarks and runs them one after another, in under five minutes. Prints one line a figure,
+# Builds the benchmarks and runs them one after another, in under six minutes. Prints one line a figure,
 # "ratio NAME VALUE LIMIT ok|FAIL" or "sanity NAME VALUE LIMIT ok|FAIL", between lines that say more; bench/README.md
 # tells what is compared. Exits with 1 when a line says FAIL or a benchmark cannot be run.
 set -euo pipefail

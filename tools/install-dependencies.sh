@@ -11,7 +11,7 @@ build=(
     libxcb1-dev libxcb-record0-dev libxcb-res0-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-xinput-dev
     libxcb-xkb-dev libxcb-xtest0-dev libxkbcommon-dev libxkbcommon-x11-dev
 )
-run=(at-spi2-core fonts-dejavu-core fonts-noto-color-emoji qt6-translations-l10n)
+run=(at-spi2-core fonts-dejavu-core fonts-noto-color-emoji libqt6svg6 qt6-translations-l10n)
 demo=(
     dbus dconf-gsettings-backend gir1.2-atspi-2.0 imagemagick libglib2.0-bin mousepad openbox python3 python3-gi
     x11-utils x11-xkb-utils xclip xdotool xvfb
@@ -22,7 +22,7 @@ test=(
 bench=(fzf libxcb-damage0-dev sqlite3)
 lint=(clang-tidy-16)
 package=(appstream desktop-file-utils dpkg-dev file lintian man-db)
-pictures=(fonts-inter picom)
+pictures=(ffmpeg fonts-inter picom)
 
 wanted=()
 for purpose in "$@"; do

@@ -26,8 +26,9 @@ constexpr double paintLimit = 16;   // ms
 constexpr double startLimit = 150;  // ms
 constexpr double memoryLimit = 20;  // MB
 constexpr double wakeUpLimit = 0.2; // a second
+constexpr double idleLimit = 10;    // ms of a processor
 constexpr auto startTime = 4s;
-constexpr auto idleTime = 10s;
+constexpr auto idleTime = 60s;
 
 // Codes of the evdev rules, layout "us", with which Xvfb starts.
 namespace key {
@@ -176,11 +177,14 @@ bool measureStarts(const std::string& program) {
 }
 
 bool measureIdleness(const Process& process) {
-    const auto before = process.sleeps();
+    const auto sleepsBefore = process.sleeps();
+    const auto timeBefore = process.processorTime();
     std::this_thread::sleep_for(idleTime);
-    const auto wakeUps = static_cast<double>(process.sleeps() - before);
-    return report("sanity", "idle_wakeups_per_s", wakeUps / std::chrono::duration<double>(idleTime).count(),
-                  wakeUpLimit);
+    const auto wakeUps = static_cast<double>(process.sleeps() - sleepsBefore);
+    const std::chrono::duration<double, std::milli> computed = process.processorTime() - timeBefore;
+    const bool sleeps = report("sanity", "idle_wakeups_per_s",
+                               wakeUps / std::chrono::duration<double>(idleTime).count(), wakeUpLimit);
+    return report("sanity", "idle_cpu_ms_per_minute", computed.count(), idleLimit) && sleeps;
 }
 
 std::optional<double> idleMemory(const std::vector<std::string>& command) {

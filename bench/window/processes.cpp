@@ -102,6 +102,15 @@ long Process::sleeps() const {
     return count;
 }
 
+std::chrono::nanoseconds Process::processorTime() const {
+    std::chrono::nanoseconds sum{};
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(id_) + "/task"))
+        // https://docs.kernel.org/scheduler/sched-stats.html: time on a processor comes first.
+        if (long long nanoseconds = 0; std::ifstream(thread.path() / "schedstat") >> nanoseconds)
+            sum += std::chrono::nanoseconds(nanoseconds);
+    return sum;
+}
+
 Session::Session()
     : display_({"Xvfb", "-displayfd", std::to_string(announcement), "-screen", "0", "1280x800x24", "-noreset",
                 "-nolisten", "tcp"},

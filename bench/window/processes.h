@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -26,6 +27,8 @@ public:
     std::optional<double> memory() const;
     /// How often its threads have gone to sleep so far: once more than they were woken.
     long sleeps() const;
+    /// What all its threads have computed so far, those that have ended excepted.
+    std::chrono::nanoseconds processorTime() const;
 
 private:
     pid_t id_ = -1;

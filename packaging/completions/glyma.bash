@@ -13,7 +13,7 @@ _glyma()
     local words=--help
     case $command in
         search) words='--json --limit --fuzzy --help' ;;
-        info) words='--json --selection --help' ;;
+        info) words='--json --selection --panel --limit --help' ;;
         import) words='--force --help' ;;
         doctor) words='--json --help' ;;
         preferences) words='@GLYMA_PREFERENCES_TABS@ --help' ;;

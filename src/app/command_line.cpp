@@ -56,6 +56,9 @@ std::expected<Command, int> parseCommandLine(int argc, char** argv) {
 
     auto* quitCommand = app.add_subcommand("quit", "End the running program");
 
+    auto* keepCommand = app.add_subcommand(keepClipboardCommand);
+    keepCommand->group(""); // not shown
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -78,6 +81,8 @@ std::expected<Command, int> parseCommandLine(int argc, char** argv) {
         return preferences;
     if (*quitCommand)
         return QuitCommand{};
+    if (*keepCommand)
+        return KeepClipboardCommand{};
     return RunCommand{};
 }
 

@@ -33,8 +33,11 @@ struct PreferencesCommand {
     std::string tab; ///< empty: the one shown last
 };
 struct QuitCommand {};
+/// Not for people: the program itself starts it when it ends.
+struct KeepClipboardCommand {};
+inline constexpr const char* keepClipboardCommand = "keep-clipboard";
 using Command = std::variant<RunCommand, SearchCommand, InfoCommand, ImportCommand, DoctorCommand,
-                             PreferencesCommand, QuitCommand>;
+                             PreferencesCommand, QuitCommand, KeepClipboardCommand>;
 
 /// Exit status of the program.
 namespace status {

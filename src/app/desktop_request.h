@@ -7,12 +7,13 @@
 extern "C" {
 
 enum GlymaDesktopTask {
-    glymaDesktopRun,         ///< the program itself, until it is told to end
-    glymaDesktopQuit,        ///< tell the running program to end and wait until it has
-    glymaDesktopDiagnose,    ///< look at what the desktop offers
-    glymaDesktopPreferences, ///< show the preferences of the running program, or of one that starts for it
-    glymaDesktopSelection,   ///< read what was selected last
-    glymaDesktopShowInfo,    ///< have the running program show what the characters of a text are
+    glymaDesktopRun,           ///< the program itself, until it is told to end
+    glymaDesktopQuit,          ///< tell the running program to end and wait until it has
+    glymaDesktopDiagnose,      ///< look at what the desktop offers
+    glymaDesktopPreferences,   ///< show the preferences of the running program, or of one that starts for it
+    glymaDesktopSelection,     ///< read what was selected last
+    glymaDesktopShowInfo,      ///< have the running program show what the characters of a text are
+    glymaDesktopKeepClipboard, ///< what a program that has ended had on the clipboards
 };
 
 struct GlymaDesktopRequest {

@@ -1,9 +1,9 @@
 #include "app/info_command.h"
 
 #include "app/catalogue_commands.h"
-#include "catalogue/catalogue_files.h"
 #include "app/info_output.h"
 #include "app/terminal.h"
+#include "catalogue/catalogue_files.h"
 #include "charinfo/character_infos.h"
 
 #include <fmt/format.h>

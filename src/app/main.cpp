@@ -23,6 +23,7 @@ struct Runner {
         preferences.tab = command.tab.c_str();
         return callDesktopWith(preferences);
     }
+    int operator()(const KeepClipboardCommand&) const { return callDesktopFor(glymaDesktopKeepClipboard); }
     int operator()(const QuitCommand&) const { return callDesktopFor(glymaDesktopQuit); }
     int operator()(const SearchCommand& command) const {
         Foundation foundation(logSink);

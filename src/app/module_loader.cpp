@@ -9,8 +9,9 @@
 namespace glyma {
 
 std::expected<void*, std::string> loadModule(const std::string& name, const char* entryPoint) {
-    const auto file = (xdg::executablePath().parent_path() / "../lib/glyma/modules" / ("libglyma-" + name + ".so"))
-                          .lexically_normal();
+    const auto file =
+        (xdg::executablePath().parent_path() / "../lib/glyma/modules" / ("libglyma-" + name + ".so"))
+            .lexically_normal();
     void* const module = ::dlopen(file.c_str(), RTLD_LAZY | RTLD_LOCAL);
     if (!module)
         return std::unexpected(fmt::format("the {} part cannot be loaded: {}", name, ::dlerror()));

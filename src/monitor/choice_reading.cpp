@@ -7,7 +7,7 @@ namespace glyma {
 namespace {
 
 constexpr Milliseconds longestWait{100};
-constexpr Milliseconds furtherWaitForLateKeys{200};
+constexpr Milliseconds furtherWaitForLateKeys{600};
 constexpr Milliseconds betweenReadings{10};
 
 } // namespace

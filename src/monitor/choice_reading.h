@@ -12,7 +12,7 @@
 namespace glyma {
 
 /// Reads the text once more when an entry has been chosen, until it shows the effect of every key or 0.1 s
-/// have passed, or 0.3 s when the text looks as if the keys were merely late: a fast typist chooses before
+/// have passed, or 0.7 s when the text looks as if the keys were merely late: a fast typist chooses before
 /// the last letter has been read. Main thread, which never waits.
 class ChoiceReading {
 public:

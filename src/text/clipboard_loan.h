@@ -26,6 +26,8 @@ public:
     /// where nothing is borrowed yet.
     void lend(const std::string& text, Milliseconds delay, std::function<bool()> isTaken);
     void giveBack();
+    /// The text is there and nobody has asked for it.
+    bool isAwaited() const { return lent_ && !isTaken_(); }
 
 private:
     void giveBackAfter(Milliseconds delay, int furtherWaits);

@@ -88,6 +88,9 @@ public:
     void insert(const std::string& text, std::ptrdiff_t deleteCharsBefore,
                 const std::optional<std::string>& expected, std::shared_ptr<TypingHold> hold = nullptr,
                 Otherwise otherwise = Otherwise::keys);
+    /// Whether a text may be half changed: the end of the program is to wait for this to pass, which it soon
+    /// does.
+    bool isInserting() const;
     /// Says that an insertion is not made, and why.
     void leaveUntouched(std::string_view why);
     /// Presses keys in the application that has the focus, for keys that were taken from it without need.
@@ -113,6 +116,8 @@ private:
         int timesUntouched = 0;
     };
     using InsertionReference = std::shared_ptr<Insertion>;
+    /// The one begun last.
+    std::weak_ptr<Insertion> insertion_;
     bool insertViaAccessibility(const InsertionReference& insertion);
     bool act(const InsertionReference& insertion, AccessibleInsertion::Outcome outcome);
     void resolveLater(const InsertionReference& insertion);

@@ -40,10 +40,15 @@ void TextInserter::insert(const std::string& text, std::ptrdiff_t deleteCharsBef
                                     AccessibleInsertion(services_.accessibility, services_.scheduler,
                                                         services_.log, text, deleteCharsBefore, expected),
                                     std::move(hold), otherwise);
+    insertion_ = insertion;
     jobs_.after(beforeInsertion, [this, insertion] {
         if (mayGoOn(*insertion) && !insertViaAccessibility(insertion))
             insertViaClipboard(insertion);
     });
+}
+
+bool TextInserter::isInserting() const {
+    return !insertion_.expired() || clipboardLoan_.isAwaited() || (primaryLoan_ && primaryLoan_->isAwaited());
 }
 
 /// What stands before the caret of another application is not ours to delete.

@@ -47,6 +47,9 @@ class Container(unittest.TestCase):
         for file in ours + others:
             file.write_text("x")
         self.assertTrue((self.glyma.data / "Glyma.store").exists())
+        autostart = self.desktop.home / ".config/autostart/glyma.desktop"
+        autostart.parent.mkdir(parents=True, exist_ok=True)
+        autostart.write_text("[Desktop Entry]\nType=Application\nName=Glyma\nExec=glyma\n")
 
         self.glyma.command("preferences", "advanced")
         self.press("Delete App Container and Quit…")
@@ -62,6 +65,8 @@ class Container(unittest.TestCase):
         left = {file.name for folder in (self.glyma.data, self.glyma.config) for file in folder.iterdir()}
         self.assertEqual(left - {file.name for file in others}, left & {"Glyma.lock"})
         self.assertTrue(all(file.exists() for file in others))
+
+        self.assertFalse(autostart.exists())
 
         self.glyma.start()
         self.assertEqual(self.glyma.process.poll(), None)

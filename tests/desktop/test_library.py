@@ -4,6 +4,7 @@ import sys
 import time
 import unittest
 
+from applications import FirefoxField
 from glyma import Glyma
 from virtual_desktop import VirtualDesktop, connect_accessibility, wait_until
 
@@ -100,6 +101,17 @@ class Library(unittest.TestCase):
         self.glyma.stop()
         self.glyma.start()
         self.assertFalse(any(item["char"] == "🚀" for item in self.glyma.search("rocket")))
+
+    def test_open_page_of_firefox_is_offered_for_exclusion(self):
+        FirefoxField(self.desktop, "input", "text", "text")
+        self.glyma.command("preferences", "exclusions")
+        wait_until(lambda: self.find("list", "Excluded Websites"), 10, "the exclusions tab")
+        self.desktop.run(["xdotool", "search", "--sync", "--name", "^Glyma Settings$", "windowactivate", "--sync"])
+        self.find("push button", "Add excluded website").do_action(0)
+        wait_until(lambda: self.find("combo box", "127.0.0.1"), 5, "Firefox's page to be offered")
+        self.desktop.press("Return")
+        wait_until(lambda: {"domain": "127.0.0.1", "isExcluded": True} in self.glyma.settings()["excludedWebsites"],
+                   3, "the page to be excluded")
 
 
 if __name__ == "__main__":

@@ -2,10 +2,13 @@
 """What the program says of its permissions while they come and go, and its start without a tray."""
 
 import json
+import os
 import re
+import signal
 import subprocess
 import time
 import unittest
+from pathlib import Path
 
 from glyma import BINARY, Glyma
 from virtual_desktop import VirtualDesktop, wait_until
@@ -38,6 +41,35 @@ class Permissions(unittest.TestCase):
         self.assertEqual(self.state("Input Monitoring"), "ok")
         self.set_accessibility(True)
         wait_until(lambda: self.state("Accessibility") == "ok", NOTICED, "the return to be noticed")
+
+    def test_accessibility_that_is_on_but_cannot_be_reached_is_none(self):
+        self.desktop.environment["AT_SPI_BUS_ADDRESS"] = "unix:path=/nonexistent"
+        self.assertEqual(self.state("Accessibility"), "limited")
+        self.glyma.start()
+        del self.desktop.environment["AT_SPI_BUS_ADDRESS"]
+        wait_until(lambda: self.state("Accessibility") == "limited", NOTICED, "the running program to say so")
+        self.glyma.stop()
+        self.assertEqual(self.state("Accessibility"), "ok")
+
+    def test_accessibility_that_ends_is_noticed(self):
+        self.glyma.start()
+        self.assertEqual(self.state("Accessibility"), "ok")
+        process = next(int(process) for process in filter(str.isdigit, os.listdir("/proc"))
+                       if self.serves_accessibility(process))
+        os.kill(process, signal.SIGKILL)
+        wait_until(lambda: self.state("Accessibility") == "limited", NOTICED, "the end to be noticed")
+        self.assertIn("has ended", self.findings()["Accessibility"]["why"])
+        self.assertIsNone(self.glyma.process.poll())
+        self.desktop.type(":smi")
+        wait_until(self.glyma.is_open, 3, "the picker")
+
+    def serves_accessibility(self, process):
+        """The daemon of this desktop's accessibility bus."""
+        try:
+            line = Path(f"/proc/{process}/cmdline").read_bytes()
+        except OSError:
+            return False
+        return b"at-spi2/accessibility.conf" in line and str(self.desktop.home).encode() in line
 
     def test_a_tap_that_loses_its_connection_is_started_again(self):
         self.glyma.start()

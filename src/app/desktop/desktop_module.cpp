@@ -3,9 +3,11 @@
 #include "app/desktop_request.h"
 #include "app/terminal.h"
 #include "platform/linux/dbus/single_instance.h"
+#include "platform/qt/clipboard_keeper.h"
 #include "platform/qt/selection_reader.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 
 #include <cstring>
 
@@ -45,6 +47,13 @@ int showInfo(const GlymaDesktopRequest& request) {
     return shown ? 0 : fail(shown.error());
 }
 
+int keepClipboard(const GlymaDesktopRequest& request) {
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    int argc = request.argc;
+    const QGuiApplication application(argc, request.argv);
+    return qt::keepClipboards();
+}
+
 int diagnose(const GlymaDesktopRequest& request) {
     int argc = request.argc;
     const QCoreApplication application(argc, request.argv);
@@ -71,6 +80,8 @@ extern "C" __attribute__((visibility("default"))) int glymaDesktopMain(const Gly
         return glyma::readSelection(*request);
     case glymaDesktopShowInfo:
         return glyma::showInfo(*request);
+    case glymaDesktopKeepClipboard:
+        return glyma::keepClipboard(*request);
     case glymaDesktopRun:
         break;
     }

@@ -1,5 +1,6 @@
 #include "app/desktop/desktop_program.h"
 
+#include "app/command_line.h"
 #include "app/permission_diagnosis.h"
 #include "app/terminal.h"
 #include "catalogue/catalogue_files.h"
@@ -37,7 +38,15 @@ std::string ownIdentifier(const xdg::DesktopEntries& applications) {
 
 constexpr Milliseconds timeForTray{5000};
 
-/// Menus are all that the program itself takes the keyboard for, but for the moment of an insertion.
+// What is told in English of applications that cannot be reached, and shown with the permissions.
+[[maybe_unused]] constexpr const char* reasons[] = {
+    QT_TRANSLATE_NOOP("glyma::Message", "the accessibility bus does not accept connections"),
+    QT_TRANSLATE_NOOP("glyma::Message", "the accessibility bus has ended"),
+};
+constexpr Milliseconds betweenLooksAtInsertion{10};
+constexpr int mostLooksAtInsertion = 50;
+
+/// What the program itself takes the keyboard for, besides an insertion.
 void closeMenus() {
     while (auto* menu = QApplication::activePopupWidget())
         if (!menu->close())
@@ -59,7 +68,7 @@ qt::PressedKey pressedKey(std::uint32_t scanCode, std::uint32_t keysym) {
 
 } // namespace
 
-DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::function<void()> onQuit)
+DesktopProgram::DesktopProgram(Foundation& foundation, Store store)
     : foundation_(foundation)
     , fontCoverage_(foundation.log)
     , catalogue_({.scheduler = scheduler_,
@@ -73,19 +82,24 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                  std::move(store))
     , clipboard_(QClipboard::Clipboard)
     , primarySelection_(QClipboard::Selection)
-    , accessibility_({.enableBus = true, .warn = [this](std::string_view why) { report(why); }})
+    , accessibility_({.enableBus = true, .warn = [this](std::string_view why) { sayUnreachable(why); }})
     , textElements_(accessibility_, [this]() -> bool { return flags_.isTestFieldFocused; })
     , frontApplications_(scheduler_,
                          [&applications = foundation.applications](const x11::WindowIdentity& window) {
                              return identifierOf(applications, window);
                          })
     , grabs_(scheduler_)
+    , processes_(foundation.applications)
     , secureInput_({.scheduler = scheduler_,
                     .grabs = grabs_,
                     .processes = processes_,
                     .focusIsPasswordField = [this] { return accessibility_.focusIsPasswordField(); },
                     .focusedProcess = [this] { return frontApplications_.current().process; },
-                    .releaseOwnGrabs = closeMenus})
+                    .releaseOwnGrabs =
+                        [this] {
+                            closeMenus();
+                            tap_.releaseTyping();
+                        }})
     , permissions_(inputMonitoring_, accessibilityBus_, secureInput_)
     , tap_({.display = {},
             .report = [this](std::string_view message) { report(message); },
@@ -145,7 +159,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store, std::functio
                 .ownIdentifier = ownIdentifier(foundation.applications),
                 .showCharacterInfoForSelection = [this] { characterInfo_.showCharacterInfoForSelection(); },
                 .closeCharacterInfo = [this] { characterInfo_.closeCharacterInfo(); }})
-    , delegate_(delegateServices(std::move(onQuit)))
+    , delegate_(delegateServices())
     , tray_(scheduler_,
             {.openPreferences = [this](const std::string& tab) { delegate_.openPreferences(tab); },
              .openUpdatePage = [this] { delegate_.openUpdatePage(); },
@@ -176,7 +190,7 @@ DesktopProgram::~DesktopProgram() {
     delegate_.applicationWillTerminate();
 }
 
-AppDelegateServices DesktopProgram::delegateServices(std::function<void()> onQuit) {
+AppDelegateServices DesktopProgram::delegateServices() {
     return {.scheduler = scheduler_,
             .log = foundation_.log,
             .preferences = foundation_.preferences,
@@ -190,7 +204,7 @@ AppDelegateServices DesktopProgram::delegateServices(std::function<void()> onQui
                     QDesktopServices::openUrl(QUrl(QString::fromStdString(address)));
                 },
             .showPreferences = [this](const std::string& tab) { showPreferences(tab); },
-            .quit = std::move(onQuit),
+            .quit = [this] { end(status::done); },
             .updateHost = GLYMA_UPDATE_HOST,
             .version = GLYMA_VERSION};
 }
@@ -225,6 +239,14 @@ void DesktopProgram::start() {
     trayCheck_ = scheduler_.after(timeForTray, [this] { sayThatNoTrayIsThere(); });
 }
 
+/// Any thread.
+void DesktopProgram::sayUnreachable(std::string_view why) {
+    report(fmt::format(
+        "Glyma: ⚠️ text is changed by keys and clipboard only: reaching applications failed — {}",
+        why));
+    scheduler_.post([this, why = std::string(why)] { accessibilityBus_.setObstacle(why); });
+}
+
 std::expected<void, std::string> DesktopProgram::startMonitor() {
     auto started = monitor_.start();
     inputMonitoring_.setObstacle(started ? Message() : Message(started.error()));
@@ -248,6 +270,16 @@ void DesktopProgram::showPreferences(const std::string& tab) {
         preferences_.show();
     else
         preferences_.show(tab);
+}
+
+/// Not by QApplication::quit(), which asks every window first and stays when one refuses.
+void DesktopProgram::end(int status) {
+    if (!text_.isInserting())
+        return QApplication::exit(status);
+    ending_ = scheduler_.every(betweenLooksAtInsertion, [this, status, looks = 0]() mutable {
+        if (!text_.isInserting() || ++looks == mostLooksAtInsertion)
+            QApplication::exit(status);
+    });
 }
 
 std::string DesktopProgram::diagnosis() const {

@@ -31,8 +31,6 @@
 #include "preferences/qt/preferences_window.h"
 #include "text/text_inserter.h"
 
-#include <functional>
-
 namespace glyma {
 
 /// Every service of the running program, each made from those above it. Main thread; needs the QApplication.
@@ -40,8 +38,7 @@ class DesktopProgram {
 public:
     /// \param foundation  outlives the program.
     /// \param store       the catalogue's, open.
-    /// \param onQuit      the user wants the program to end.
-    DesktopProgram(Foundation& foundation, Store store, std::function<void()> onQuit);
+    DesktopProgram(Foundation& foundation, Store store);
     ~DesktopProgram();
     DesktopProgram(const DesktopProgram&) = delete;
     DesktopProgram& operator=(const DesktopProgram&) = delete;
@@ -51,16 +48,20 @@ public:
     /// \param tab  the page; empty: the one shown last.
     void showPreferences(const std::string& tab);
     CharacterInfoPresenter& characterInfo() { return characterInfo_; }
+    /// Ends the main loop with this exit status, once the text that is being inserted stands, at the latest
+    /// in half a second.
+    void end(int status);
     /// What `glyma doctor` is to say of the permissions, as JSON.
     std::string diagnosis() const;
     /// The user wants the data gone once the program has ended.
     bool mustDeleteContainer() const { return delegate_.mustDeleteContainer(); }
 
 private:
-    AppDelegateServices delegateServices(std::function<void()> onQuit);
+    AppDelegateServices delegateServices();
     std::vector<qt::PreferencesPage> preferencesPages();
     std::expected<void, std::string> startMonitor();
     void say(const std::string& obstacle);
+    void sayUnreachable(std::string_view why);
     void sayThatNoTrayIsThere();
     void updateTray();
     void report(std::string_view message);
@@ -109,6 +110,7 @@ private:
     Subscription delegateSubscription_;
     Subscription preferencesSubscription_;
     Subscription trayCheck_;
+    Subscription ending_;
 };
 
 } // namespace glyma

@@ -1,9 +1,10 @@
 #include "platform/qt/qt_clipboard.h"
 
+#include "platform/qt/clipboard_contents.h"
+
 #include <QGuiApplication>
 
 #include <memory>
-#include <optional>
 
 namespace glyma::qt {
 
@@ -12,32 +13,6 @@ namespace {
 /// By this clipboard managers (Klipper, CopyQ, and others after them) know what not to keep.
 constexpr auto secretHintType = "x-kde-passwordManagerHint";
 constexpr auto secretHint = "secret";
-
-ClipboardSnapshot contentsOf(const QMimeData& data) {
-    ClipboardSnapshot result;
-    for (const auto& format : data.formats())
-        if (const auto bytes = data.data(format); !bytes.isNull())
-            result.emplace_back(format.toStdString(), bytes.toStdString());
-    return result;
-}
-
-/// The contents as Qt can offer them again. Qt serves the X targets for text only from a text of its own,
-/// whatever bytes stand under their names (QXcbMime::mimeDataForAtom).
-std::unique_ptr<QMimeData> offered(const ClipboardSnapshot& snapshot) {
-    auto data = std::make_unique<QMimeData>();
-    std::optional<QString> text;
-    for (const auto& [type, bytes] : snapshot) {
-        if (type == "UTF8_STRING")
-            text = QString::fromUtf8(QByteArray::fromStdString(bytes));
-        else if (type == "STRING" && !text)
-            text = QString::fromLatin1(QByteArray::fromStdString(bytes));
-        else if (type != "TEXT" && type != "COMPOUND_TEXT")
-            data->setData(QString::fromStdString(type), QByteArray::fromStdString(bytes));
-    }
-    if (text && !data->hasFormat(QStringLiteral("text/plain")))
-        data->setText(*text);
-    return data;
-}
 
 } // namespace
 

@@ -186,7 +186,7 @@ SimulatedAccessibility::attributeValue(const ElementReference& reference, std::s
         if (name == attribute::page && !(*asked)->manner().webAddress.empty())
             return std::make_shared<Element>(Kind::webArea, element.process, 0);
         return name == attribute::parent || name == attribute::page ? Result<AttributeValue>(noValue)
-                                                                     : unsupported;
+                                                                    : unsupported;
     case Kind::webArea:
         if (name == attribute::role)
             return "AXWebArea";

@@ -141,6 +141,15 @@ QLabel* makeProblem(QWidget* parent) {
     return label;
 }
 
+QPushButton* makeListButton(const QString& sign, const QString& meaning) {
+    auto* button = new QPushButton(sign);
+    button->setFixedWidth(button->sizeHint().height() + 8);
+    button->setAutoDefault(false);
+    button->setAccessibleName(meaning);
+    button->setToolTip(meaning);
+    return button;
+}
+
 void showProblem(QLabel& label, const QString& problem) {
     label.setText(problem);
     label.setVisible(!problem.isEmpty());

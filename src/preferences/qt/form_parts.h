@@ -24,6 +24,9 @@ QLabel* makeProblem(QWidget* parent = nullptr);
 /// Shows the problem and has it read out; an empty one hides the label.
 void showProblem(QLabel& label, const QString& problem);
 
+/// A small button under a list, with a sign; its meaning is read out.
+QPushButton* makeListButton(const QString& sign, const QString& meaning);
+
 /// What screen readers say of a control: its name, from a label that may have a mnemonic, and its
 /// description.
 void describe(QWidget& control, const QString& label, const QString& caption = {});

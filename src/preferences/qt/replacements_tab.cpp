@@ -43,11 +43,7 @@ QWidget* ReplacementsTab::makeButtons() {
     auto* layout = new QHBoxLayout(buttons);
     layout->setContentsMargins({});
     const auto add = [&](const QString& sign, const QString& meaning) {
-        auto* button = new QPushButton(sign);
-        button->setFixedWidth(button->sizeHint().height() + 8);
-        button->setAutoDefault(false);
-        button->setAccessibleName(meaning);
-        button->setToolTip(meaning);
+        auto* button = makeListButton(sign, meaning);
         layout->addWidget(button);
         return button;
     };

@@ -1,6 +1,7 @@
 #include "../adapters/xdg/temporary_folder.h"
 #include "app/container.h"
 #include "app/update_page.h"
+#include "platform/linux/xdg/autostart_login_item.h"
 
 #include <gmock/gmock.h>
 
@@ -25,7 +26,7 @@ TEST(Container, OnlyWhatTheProgramWroteOfItsUserIsRemoved) {
     const xdg::Folders folders{.config = temporary.path() / "config",
                                .data = temporary.path() / "data",
                                .resources = {},
-                               .autostart = {},
+                               .autostart = temporary.path() / "autostart",
                                .systemData = {}};
     const auto data = {"Glyma.store",
                        "Glyma.store-wal",
@@ -48,14 +49,18 @@ TEST(Container, OnlyWhatTheProgramWroteOfItsUserIsRemoved) {
     writeText(temporary.path() / "elsewhere.json", "{}");
     fs::create_symlink(temporary.path() / "elsewhere.json", folders.data / "user-data-backup-2.json");
 
-    removeContainer(folders);
+    xdg::AutostartLoginItem loginItem(folders.autostart, "/usr/bin/glyma");
+    ASSERT_TRUE(loginItem.enable());
+    writeText(folders.autostart / "other.desktop", "[Desktop Entry]");
+
+    EXPECT_THAT(removeContainer(folders, loginItem), ::testing::IsEmpty());
     auto left = others;
     left.insert("user-data-backup-folder.json");
     EXPECT_EQ(below(folders.data), left);
     EXPECT_EQ(below(folders.config), std::set<std::string>{"settings.json~"});
     EXPECT_TRUE(fs::exists(temporary.path() / "elsewhere.json")) << "the link goes, not what it leads to";
-    removeContainer(folders);
-    removeContainer({});
+    EXPECT_EQ(below(folders.autostart), std::set<std::string>{"other.desktop"});
+    EXPECT_THAT(removeContainer(folders, loginItem), ::testing::IsEmpty()) << "nothing is there any more";
 }
 
 TEST(UpdatePage, CarriesTheVersion) {

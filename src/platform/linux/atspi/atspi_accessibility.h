@@ -20,7 +20,7 @@ public:
     struct Options {
         /// Switches the bus on for the session when it is off.
         bool enableBus = true;
-        /// Told once, on a thread of ours, that there is no bus and why.
+        /// Told, on a thread of ours, that there is no bus, or none any more, and why: no full stop.
         std::function<void(std::string_view)> warn;
     };
 

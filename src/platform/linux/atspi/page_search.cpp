@@ -18,6 +18,7 @@ constexpr Milliseconds searchTime{2000};
 constexpr int applicationLimit = 200;
 constexpr int windowLimit = 50;
 constexpr int pageLimit = 500; // in one window
+constexpr int nestingLimit = 60;
 
 std::vector<Element> children(AtspiAccessible* element, int limit, Conversation& ask) {
     std::vector<Element> result;
@@ -40,8 +41,9 @@ std::vector<Element> documents(AtspiAccessible* window, Conversation& ask) {
     const std::unique_ptr<GArray, decltype(&g_array_unref)> roles(g_array_new(FALSE, FALSE, sizeof role),
                                                                   &g_array_unref);
     g_array_append_val(roles.get(), role);
+    const Object<AtspiStateSet> anyState(atspi_state_set_new(nullptr));
     const Object<AtspiMatchRule> rule(atspi_match_rule_new(
-        nullptr, ATSPI_Collection_MATCH_ALL, nullptr, ATSPI_Collection_MATCH_ALL, roles.get(),
+        anyState.get(), ATSPI_Collection_MATCH_ALL, nullptr, ATSPI_Collection_MATCH_ALL, roles.get(),
         ATSPI_Collection_MATCH_ANY, nullptr, ATSPI_Collection_MATCH_ALL, FALSE));
     auto* matches = ask.ask(atspi_collection_get_matches, collection.get(), rule.get(),
                             ATSPI_Collection_SORT_ORDER_CANONICAL, pageLimit, TRUE)
@@ -54,10 +56,16 @@ std::vector<Element> documents(AtspiAccessible* window, Conversation& ask) {
     return found;
 }
 
+/// Whether another page is around it. Browsers put pages into frames of their own, too, so that only the
+/// whole way up tells.
 bool isEmbedded(AtspiAccessible* document, Conversation& ask) {
-    const Element parent(ask.ask(atspi_accessible_get_parent, document).value_or(nullptr));
-    return parent && ask.ask(atspi_accessible_get_role, parent.get()).value_or(ATSPI_ROLE_INVALID) ==
-                         ATSPI_ROLE_INTERNAL_FRAME;
+    Element around(ask.ask(atspi_accessible_get_parent, document).value_or(nullptr));
+    for (int level = 0; around && level < nestingLimit; ++level) {
+        if (ask.ask(atspi_accessible_get_role, around.get()) == ATSPI_ROLE_DOCUMENT_WEB)
+            return true;
+        around.reset(ask.ask(atspi_accessible_get_parent, around.get()).value_or(nullptr));
+    }
+    return false;
 }
 
 std::string addressOf(AtspiAccessible* element, Conversation& ask) {

@@ -42,22 +42,25 @@ AtspiAccessibility::Element::~Element() {
     g_main_context_unref(context_);
 }
 
-AtspiAccessibility::Session::Session(Options options) {
-    worker_.post([this, options = std::move(options)] { connect(options); });
+AtspiAccessibility::Session::Session(Options options)
+    : options_(std::move(options)) {
+    worker_.post([this] { connect(); });
 }
 
 AtspiAccessibility::Session::~Session() {
     worker_.post([this] {
         trackerReady_ = false;
+        if (tracker_)
+            dbus_connection_remove_filter(atspi_get_a11y_bus(), hear, this);
         tracker_.reset();
     });
 }
 
-void AtspiAccessibility::Session::connect(const Options& options) {
+void AtspiAccessibility::Session::connect() {
     // libatspi warns on standard error about every application that hangs or goes away.
     g_log_set_handler(
         "dbind", G_LOG_LEVEL_WARNING, [](auto...) {}, nullptr);
-    auto status = busStatus(options.enableBus);
+    auto status = busStatus(options_.enableBus);
     if (status.answers && !connectLibrary(worker_.context())) {
         status.answers = false;
         status.error = "the accessibility bus does not accept connections";
@@ -66,12 +69,24 @@ void AtspiAccessibility::Session::connect(const Options& options) {
         activeWindow_.emplace();
         tracker_.emplace([this](pid_t process) { setCurrent(process); });
         trackerReady_ = true;
+        dbus_connection_add_filter(atspi_get_a11y_bus(), hear, this, nullptr);
     } else {
-        isAbsent_ = true;
-        if (options.warn)
-            options.warn("No accessibility bus: " + status.error);
+        lose(status.error);
     }
     statusPromise_.set_value(status);
+}
+
+void AtspiAccessibility::Session::lose(const std::string& why) {
+    isAbsent_ = true;
+    if (options_.warn)
+        options_.warn(why);
+}
+
+/// The library itself sends this one when the connection has ended.
+DBusHandlerResult AtspiAccessibility::Session::hear(DBusConnection*, DBusMessage* message, void* session) {
+    if (dbus_message_is_signal(message, DBUS_INTERFACE_LOCAL, "Disconnected"))
+        static_cast<Session*>(session)->lose("the accessibility bus has ended");
+    return DBUS_HANDLER_RESULT_NOT_YET_HANDLED;
 }
 
 BusStatus AtspiAccessibility::Session::status() const {

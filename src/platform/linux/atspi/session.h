@@ -12,11 +12,13 @@
 
 #include <atomic>
 #include <chrono>
+#include <dbus/dbus.h>
 #include <future>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 
 namespace glyma::atspi {
 
@@ -77,7 +79,11 @@ public:
     Result<AttributeValue> wrapped(Object<AtspiAccessible> element, pid_t process) const;
 
 private:
-    void connect(const Options& options);
+    void connect();
+    void lose(const std::string& why);
+    static DBusHandlerResult hear(DBusConnection* bus, DBusMessage* message, void* session);
+
+    const Options options_;
 
     std::atomic<bool> isAbsent_ = false;
     std::atomic<bool> trackerReady_ = false;

@@ -12,6 +12,7 @@ const QString path = QStringLiteral("/org/a11y/bus");
 const QString properties = QStringLiteral("org.freedesktop.DBus.Properties");
 const QString status = QStringLiteral("org.a11y.Status");
 const QString isEnabled = QStringLiteral("IsEnabled");
+const QString connectionName = QStringLiteral("glyma-accessibility");
 constexpr int answerMilliseconds = 1000;
 
 QDBusMessage call(const QString& method, const QVariantList& arguments) {
@@ -20,12 +21,30 @@ QDBusMessage call(const QString& method, const QVariantList& arguments) {
     return message;
 }
 
+/// As libatspi finds it, but for a property of the root window, which is there only where there is no session
+/// bus.
+QString addressOf(const QDBusConnection& bus) {
+    if (qEnvironmentVariableIsSet("AT_SPI_BUS_ADDRESS"))
+        return qEnvironmentVariable("AT_SPI_BUS_ADDRESS");
+    const auto answer =
+        bus.call(QDBusMessage::createMethodCall(service, path, service, QStringLiteral("GetAddress")),
+                 QDBus::Block, answerMilliseconds);
+    return answer.arguments().value(0).toString();
+}
+
 Permission withoutBus() {
     return {.isGranted = false,
             .finding =
                 Message::tr("there is no session bus, through which applications are asked for their text"),
             .remedy = Message::tr(
                 "Start the desktop session through dbus-run-session, or install dbus-user-session.")};
+}
+
+Permission unreachable(const Message& why) {
+    return {.isGranted = false,
+            .finding = why,
+            .remedy = Message::tr("Install the package at-spi2-core, then log out and in again; if it is "
+                                  "installed, start Glyma again.")};
 }
 
 Permission permissionOf(bool isOn) {
@@ -55,9 +74,9 @@ Permission permissionOf(const QDBusMessage& answer) {
 AccessibilityBus::AccessibilityBus()
     : bus_(QDBusConnection::sessionBus())
     , owner_(service, bus_, QDBusServiceWatcher::WatchForOwnerChange)
-    , current_(permissionOf(true)) {
+    , answered_(permissionOf(true)) {
     if (!bus_.isConnected()) {
-        current_ = withoutBus();
+        answered_ = withoutBus();
         return;
     }
     bus_.connect(service, path, properties, QStringLiteral("PropertiesChanged"), this,
@@ -66,8 +85,12 @@ AccessibilityBus::AccessibilityBus()
     ask();
 }
 
+Permission AccessibilityBus::current() const {
+    return answered_.isGranted && !obstacle_.isEmpty() ? unreachable(obstacle_) : answered_;
+}
+
 void AccessibilityBus::check() {
-    if (!current_.isGranted)
+    if (!answered_.isGranted)
         ask();
 }
 
@@ -107,10 +130,20 @@ void AccessibilityBus::propertiesChanged(const QString& interface, const QVarian
 }
 
 void AccessibilityBus::set(const Permission& permission) {
-    if (current_ == permission)
-        return;
-    current_ = permission;
-    changed_.emit();
+    const auto before = current();
+    answered_ = permission;
+    announceIfOther(before);
+}
+
+void AccessibilityBus::setObstacle(const Message& obstacle) {
+    const auto before = current();
+    obstacle_ = obstacle;
+    announceIfOther(before);
+}
+
+void AccessibilityBus::announceIfOther(const Permission& before) {
+    if (current() != before)
+        changed_.emit();
 }
 
 Subscription AccessibilityBus::observe(std::function<void()> callback) {
@@ -121,8 +154,17 @@ Permission AccessibilityBus::read() {
     const auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return withoutBus();
-    return permissionOf(
+    const auto permission = permissionOf(
         bus.call(call(QStringLiteral("Get"), {status, isEnabled}), QDBus::Block, answerMilliseconds));
+    if (!permission.isGranted)
+        return permission;
+    const auto connection = QDBusConnection::connectToBus(addressOf(bus), connectionName);
+    const auto error = connection.lastError().message().toStdString();
+    const bool isReached = connection.isConnected();
+    QDBusConnection::disconnectFromBus(connectionName);
+    return isReached
+               ? permission
+               : unreachable(Message::tr("the accessibility bus does not accept connections: %1").arg(error));
 }
 
 } // namespace glyma::dbus

@@ -46,11 +46,10 @@ std::expected<void, std::string> tell(const QDBusConnection& bus, const char* me
     return answer ? std::expected<void, std::string>() : std::unexpected(answer.error());
 }
 
-const auto noTextError = QStringLiteral("net.quillaby.Glyma.Error.NoText");
-
-bool isEmptyInfoRequest(const QDBusMessage& message) {
-    return message.member() == "ShowCharacterInfo" && message.signature() == "s" &&
-           message.arguments().constFirst().toString().isEmpty();
+auto unknownMethod(const QDBusMessage& message) {
+    return std::unexpected(
+        std::pair(QDBusError::UnknownMethod,
+                  QStringLiteral("There is no method %1(%2).").arg(message.member(), message.signature())));
 }
 
 /// A descriptor of a process, negative when the system gives none.
@@ -120,7 +119,7 @@ QString SingleInstance::introspect(const QString& path) const {
         .arg(QString::fromLatin1(serviceName), QString::fromLatin1(applicationInterface));
 }
 
-std::function<void()> SingleInstance::jobFor(const QDBusMessage& message) const {
+SingleInstance::Job SingleInstance::jobFor(const QDBusMessage& message) const {
     const auto arguments = message.arguments();
     const auto method = message.member();
     if (method == "Activate" && message.signature().isEmpty())
@@ -129,46 +128,51 @@ std::function<void()> SingleInstance::jobFor(const QDBusMessage& message) const 
         return requests_.quit;
     if (method == "ShowPreferences" && message.signature() == "s")
         return [this, tab = arguments[0].toString().toStdString()] { requests_.showPreferences(tab); };
-    if (method == "ShowCharacterInfo" && message.signature() == "s")
-        return [this, text = arguments[0].toString().toStdString()] { requests_.showCharacterInfo(text); };
-    return nullptr;
+    if (method == "ShowCharacterInfo" && message.signature() == "s") {
+        const auto text = arguments[0].toString().toStdString();
+        if (text.empty())
+            return std::unexpected(
+                std::pair(QDBusError::InvalidArgs, QStringLiteral("No text was selected.")));
+        return [this, text] { requests_.showCharacterInfo(text); };
+    }
+    return unknownMethod(message);
 }
 
-/// https://specifications.freedesktop.org/desktop-entry-spec: "D-Bus Activation". The actions are those of
-/// the desktop entry.
-std::function<void()> SingleInstance::jobOfApplication(const QDBusMessage& message) const {
+/// https://specifications.freedesktop.org/desktop-entry-spec: "D-Bus Activation".
+SingleInstance::Job SingleInstance::jobOfApplication(const QDBusMessage& message) const {
     const auto method = message.member();
-    if ((method == "Activate" && message.signature() == "a{sv}") ||
-        (method == "Open" && message.signature() == "asa{sv}"))
+    if (method == "Activate" && message.signature() == "a{sv}")
         return requests_.activate;
-    if (method != "ActivateAction" || message.signature() != "sava{sv}")
-        return nullptr;
-    const auto action = message.arguments().constFirst().toString();
+    if (method == "Open" && message.signature() == "asa{sv}")
+        return std::unexpected(std::pair(QDBusError::NotSupported, QStringLiteral("Glyma opens no files.")));
+    if (method == "ActivateAction" && message.signature() == "sava{sv}")
+        return jobOfAction(message.arguments().constFirst().toString());
+    return unknownMethod(message);
+}
+
+/// The actions of the desktop entry.
+SingleInstance::Job SingleInstance::jobOfAction(const QString& action) const {
     if (action == "preferences")
         return [this] { requests_.showPreferences({}); };
     if (action == "character-information")
         return requests_.showSelectionInfo;
     if (action == "quit")
         return requests_.quit;
-    return nullptr;
+    return std::unexpected(
+        std::pair(QDBusError::InvalidArgs, QStringLiteral("There is no action \"%1\".").arg(action)));
 }
 
 bool SingleInstance::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
-    if (message.path() != objectPath)
-        return false;
     const bool isForApplication = message.interface() == applicationInterface;
-    if (!isForApplication && message.interface() != serviceName)
+    if (message.path() != objectPath || (!isForApplication && message.interface() != serviceName))
         return false;
-    if (isEmptyInfoRequest(message))
-        return connection.send(
-            message.createErrorReply(noTextError, QStringLiteral("No text was selected.")));
-    if (message.member() == "Diagnose" && message.signature().isEmpty())
+    if (!isForApplication && message.member() == "Diagnose" && message.signature().isEmpty())
         return connection.send(message.createReply(QString::fromStdString(requests_.diagnose())));
     const auto job = isForApplication ? jobOfApplication(message) : jobFor(message);
     if (!job)
-        return false;
+        return connection.send(message.createErrorReply(job.error().first, job.error().second));
     connection.send(message.createReply());
-    job();
+    (*job)();
     return true;
 }
 

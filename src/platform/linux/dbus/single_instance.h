@@ -1,12 +1,14 @@
 #pragma once
 
 #include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusError>
 #include <QtDBus/QDBusVirtualObject>
 
 #include <expected>
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace glyma::dbus {
 
@@ -51,8 +53,11 @@ public:
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
 private:
-    std::function<void()> jobFor(const QDBusMessage& message) const;
-    std::function<void()> jobOfApplication(const QDBusMessage& message) const;
+    /// What a method is to do, or the error that answers it: its name and its text.
+    using Job = std::expected<std::function<void()>, std::pair<QDBusError::ErrorType, QString>>;
+    Job jobFor(const QDBusMessage& message) const;
+    Job jobOfApplication(const QDBusMessage& message) const;
+    Job jobOfAction(const QString& action) const;
 
     QDBusConnection bus_;
     Requests requests_;

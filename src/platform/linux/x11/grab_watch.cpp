@@ -23,17 +23,10 @@ constexpr auto longestPause = 1600ms;
 
 GrabWatch::GrabWatch(Scheduler& scheduler, const std::string& display)
     : scheduler_(scheduler)
+    , display_(display)
     , wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
     , stop_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    auto connection = Connection::open(display);
-    if (!connection)
-        return;
-    connection_ = std::move(*connection);
-    witness_ = xcb_generate_id(connection_->get());
-    xcb_create_window(connection_->get(), 0, witness_, connection_->root(), -1, -1, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-    // Each of our own questions would otherwise be a reason for the next.
-    requests_ = GrabRequests::open(display, witness_);
+    connect();
     look();
     thread_ = std::thread([this] { run(); });
 }
@@ -55,37 +48,58 @@ Subscription GrabWatch::observe(std::function<void()> callback) {
 
 void GrabWatch::check() {
     const std::scoped_lock lock(looking_);
-    if (!connection_ || connection_->isBroken())
-        return;
     look();
-    if (current())
-        wake_.raise(); // nothing else tells its end when it was not asked for
+    // Nothing else tells the end of a grab that was not asked for, nor that the server answers again.
+    if (current() || !isWhole())
+        wake_.raise();
 }
 
 void GrabWatch::run() {
     auto pause = firstLook;
-    while (!connection_->isBroken()) {
-        const bool isNew = readRequests() || wake_.clear();
-        pause = isNew ? firstLook : std::min(pause * 2, longestPause);
+    while (!stop_.clear()) {
         {
             const std::scoped_lock lock(looking_);
+            const bool isNew = readRequests() || wake_.clear();
+            pause = isNew ? firstLook : std::min(pause * 2, longestPause);
             look();
+            if (!isWhole()) {
+                connect();
+                look();
+            }
         }
         wait(current() ? pause : -1ms);
-        if (stop_.clear())
-            return;
     }
-    set(std::nullopt);
+}
+
+void GrabWatch::connect() {
+    requests_.reset();
+    connection_.reset();
+    auto connection = Connection::open(display_);
+    if (!connection)
+        return;
+    connection_ = std::move(*connection);
+    witness_ = xcb_generate_id(connection_->get());
+    xcb_create_window(connection_->get(), 0, witness_, connection_->root(), -1, -1, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    // Each of our own questions would otherwise be a reason for the next.
+    requests_ = GrabRequests::open(display_, witness_);
+    // Whoever had the keyboard may have lost it unheard meanwhile, to somebody else.
+    if (claim_ && !isViewable(claim_->window))
+        claim_.reset();
+}
+
+bool GrabWatch::isWhole() const {
+    return connection_ && !connection_->isBroken() && !(requests_ && requests_->isBroken());
 }
 
 bool GrabWatch::readRequests() {
-    const std::scoped_lock lock(looking_);
     return requests_ && requests_->drain([this](const GrabRequest& request) { handle(request); });
 }
 
 void GrabWatch::wait(std::chrono::milliseconds limit) const {
-    const bool hasRequests = requests_ && !requests_->isBroken();
-    std::array descriptors{pollfd{hasRequests ? requests_->descriptor() : -1, POLLIN, 0},
+    constexpr short onlyWhenLost = 0;
+    std::array descriptors{pollfd{connection_ ? connection_->descriptor() : -1, onlyWhenLost, 0},
+                           pollfd{requests_ ? requests_->descriptor() : -1, POLLIN, 0},
                            pollfd{wake_.get(), POLLIN, 0}, pollfd{stop_.get(), POLLIN, 0}};
     ::poll(descriptors.data(), descriptors.size(), static_cast<int>(limit.count()));
 }
@@ -105,8 +119,15 @@ void GrabWatch::handle(const GrabRequest& request) {
                    .process = clientProcess(*connection_, request.client)};
 }
 
+/// A connection that turns out to be lost says nothing, so that what was known stands.
 void GrabWatch::look() {
-    if (!isGrabbedByOthers()) {
+    const bool isGrabbed = isGrabbedByOthers();
+    if (connection_ && connection_->isBroken())
+        return;
+    // The request came before the grab, though not always before our question.
+    if (isGrabbed && !claim_)
+        readRequests();
+    if (!isGrabbed) {
         claim_.reset();
         return set(std::nullopt);
     }
@@ -116,6 +137,8 @@ void GrabWatch::look() {
 
 /// Asks for the keyboard on a window that is not shown, which is refused either way, for a reason that tells.
 bool GrabWatch::isGrabbedByOthers() const {
+    if (!connection_)
+        return false;
     const auto cookie = xcb_grab_keyboard(connection_->get(), 0, witness_, XCB_CURRENT_TIME,
                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     const auto reply = owned(xcb_grab_keyboard_reply(connection_->get(), cookie, nullptr));

@@ -16,11 +16,12 @@ namespace glyma::x11 {
 
 /// Watches over the keyboard: the RECORD extension tells who asks for it, the server whether somebody has it.
 /// Sleeps while nobody grabs anything. A grab that is not asked for (by a key that a window manager has
-/// reserved) is noticed only by check(), and has no process.
+/// reserved) is noticed only by check(), and has no process. A lost connection is opened again at once, and
+/// at every check() for as long as that fails.
 class GrabWatch : public KeyboardGrabWatch {
 public:
     /// \param scheduler  its jobs run on the main thread; outlives the watch.
-    /// \param display    empty: the value of DISPLAY. When it cannot be opened nobody ever grabs anything.
+    /// \param display    empty: the value of DISPLAY. While it cannot be opened nobody grabs anything.
     explicit GrabWatch(Scheduler& scheduler, const std::string& display = {});
     ~GrabWatch() override;
 
@@ -37,6 +38,8 @@ private:
     };
 
     void run();
+    void connect();
+    bool isWhole() const;
     bool readRequests();
     void wait(std::chrono::milliseconds limit) const;
     void handle(const GrabRequest& request);
@@ -47,13 +50,15 @@ private:
     void set(std::optional<KeyboardGrab> grab);
 
     Scheduler& scheduler_;
+    const std::string display_;
     std::shared_ptr<Signal<>> changed_ = std::make_shared<Signal<>>();
+
+    /// Held for a whole look at the server. Guards what follows; the watch's own thread alone connects.
+    std::mutex looking_;
     std::optional<Connection> connection_;
     xcb_window_t witness_ = XCB_WINDOW_NONE;
+    /// Absent where the server does not record.
     std::optional<GrabRequests> requests_;
-
-    /// Held for a whole look at the server.
-    std::mutex looking_;
     std::optional<Claim> claim_;
 
     mutable std::mutex mutex_;

@@ -129,7 +129,7 @@ std::vector<SwallowedKey> KeyboardLink::handleEvents() {
     const std::scoped_lock lock(mutex_);
     if (!isOpen() || !grabs_)
         return {};
-    for (const auto& swallowed : swallow())
+    for (const auto& swallowed : std::exchange(toDrop_, {}))
         drop(swallowed);
     return std::exchange(swallowed_, {});
 }

@@ -49,14 +49,14 @@ public:
     /// Whether the claims cover a press of this key now.
     bool consumes(xcb_keycode_t key, ModifierMask modifiers) const;
 
-    /// Deals with what the server sent. To be called when `descriptor()` is readable and when woken. Tap
-    /// thread. \return the keys that were kept from the application. They count as released from then on, for
-    /// the
+    /// Reads what the server sent. To be called when `descriptor()` is readable and when woken. Tap thread.
+    /// \return whether handleEvents() is to let a key go.
+    bool hasSwallowed();
+    /// Deals with what hasSwallowed() has read.
+    /// \return the keys that were kept from the application. They count as released from then on, for the
     ///         application and the server: so that they hold nothing else back, do not repeat, and are never
     ///         seen to be released.
     std::vector<SwallowedKey> handleEvents();
-    /// Whether handleEvents() will let a key go.
-    bool hasSwallowed();
     int descriptor() const;
 
     /// See KeyInjector::inject.

@@ -40,6 +40,9 @@ public:
     void claim(const KeyClaims& claims) override;
     std::shared_ptr<TypingHold> holdTyping() override;
 
+    /// Ends the hold of typing that is on, whoever wanted it. Any thread.
+    void releaseTyping() { link_->release(link_->currentHold()); }
+
     /// For the injector.
     const std::shared_ptr<KeyboardLink>& link() const { return link_; }
 

@@ -283,6 +283,9 @@ bool TapListener::handleSwallowed() {
     if (link_.hasSwallowed())
         readEvents();
     const auto swallowed = link_.handleEvents();
+    // Nor would it be known to be down, where another thread has let it go.
+    if (!swallowed.empty())
+        readEvents();
     for (const auto& each : swallowed) {
         if (!held_.isDown(each.key) || !link_.consumes(each.key, each.modifiers))
             continue;

@@ -145,6 +145,21 @@ std::optional<std::string> DesktopEntries::indexed(const WindowIdentity& window)
     return valueOf(index_->byLowerCaseId, lowerCase(window.wmClassInstance));
 }
 
+std::optional<InstalledApplication> DesktopEntries::findByProgram(std::string_view program) const {
+    std::vector<std::string> identifiers;
+    {
+        const std::lock_guard lock(mutex_);
+        if (!index_ || !isCurrent(*index_))
+            index_ = buildIndex();
+        if (const auto place = index_->byProgram.find(program); place != index_->byProgram.end())
+            identifiers = place->second;
+    }
+    // A browser's web applications, and helpers that menus show, start the same program.
+    if (identifiers.size() > 1)
+        std::erase_if(identifiers, [&](const std::string& id) { return !id.ends_with(program); });
+    return identifiers.size() == 1 ? find(identifiers.front()) : std::nullopt;
+}
+
 bool DesktopEntries::isCurrent(const Index& index) {
     return std::ranges::all_of(index.folders, [](const auto& folder) {
         std::error_code error;
@@ -186,6 +201,9 @@ DesktopEntries::Index DesktopEntries::buildIndex() const {
     std::map<std::string, std::string, std::less<>> hiddenByWindowClass;
     index.folders = visit([&](const std::string& id, const DesktopEntry& entry) {
         index.byLowerCaseId.emplace(lowerCase(id), id);
+        // A program that runs in a terminal does not have the terminal's keyboard.
+        if (entry.isShown && !entry.needsTerminal)
+            index.byProgram[programOf(entry.exec)].push_back(id);
         if (!entry.startupWindowClass.empty())
             (entry.isShown ? index.byWindowClass : hiddenByWindowClass).emplace(entry.startupWindowClass, id);
     });

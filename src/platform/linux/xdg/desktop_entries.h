@@ -42,6 +42,10 @@ public:
     /// their folders.
     std::optional<std::string> identifierFor(const WindowIdentity& window) const;
 
+    /// The application whose entry starts this program (a file name); absent also where several do, unless
+    /// one of them is called after it. Reads as identifierFor() does.
+    std::optional<InstalledApplication> findByProgram(std::string_view program) const;
+
 private:
     using FolderTimes = std::vector<std::pair<std::filesystem::path, std::filesystem::file_time_type>>;
 
@@ -49,6 +53,7 @@ private:
         std::map<std::string, std::string, std::less<>> byWindowClass;
         std::map<std::string, std::string, std::less<>> byLowerCaseWindowClass;
         std::map<std::string, std::string, std::less<>> byLowerCaseId;
+        std::map<std::string, std::vector<std::string>, std::less<>> byProgram;
         FolderTimes folders;
     };
 

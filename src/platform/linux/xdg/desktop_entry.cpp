@@ -127,6 +127,21 @@ std::vector<std::string> languagesOf(std::string_view locale) {
     return languages;
 }
 
+std::string programOf(std::string_view exec) {
+    const bool isQuoted = exec.starts_with('"');
+    if (isQuoted)
+        exec.remove_prefix(1);
+    std::string word;
+    for (std::size_t index = 0; index < exec.size(); ++index) {
+        if (exec[index] == (isQuoted ? '"' : ' '))
+            break;
+        if (isQuoted && exec[index] == '\\' && index + 1 < exec.size())
+            ++index;
+        word += exec[index];
+    }
+    return word.substr(word.rfind('/') + 1);
+}
+
 std::string quotedForExec(std::string_view path) {
     // Two layers, as the desktop entry specification asks: the argument in double quotes, in which four
     // characters take a backslash, and the whole as a string value, in which each backslash is doubled again.

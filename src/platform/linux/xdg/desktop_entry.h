@@ -37,6 +37,9 @@ std::optional<DesktopEntry> readDesktopEntry(const std::filesystem::path& file,
 /// "de_AT", "de@euro", "de").
 std::vector<std::string> languagesOf(std::string_view locale);
 
+/// The name of the program that a value of the key Exec starts, without its folder; empty when there is none.
+std::string programOf(std::string_view exec);
+
 /// A program's path as the first word of a value of the key Exec.
 std::string quotedForExec(std::string_view path);
 

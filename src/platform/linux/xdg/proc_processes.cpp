@@ -67,7 +67,12 @@ ProcessFacts ProcProcesses::facts(pid_t process) const {
     return {.exists = true,
             .isForeign = isForeign,
             .isLocker = isLockerName(name),
-            .name = wholeName(name, folder)};
+            .name = nameFor(wholeName(name, folder))};
+}
+
+std::string ProcProcesses::nameFor(const std::string& program) const {
+    const auto application = applications_.findByProgram(program);
+    return application && !application->name.empty() ? application->name : program;
 }
 
 pid_t ProcProcesses::own() const {

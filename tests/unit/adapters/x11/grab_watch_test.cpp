@@ -61,6 +61,25 @@ public:
     xcb_window_t window;
 };
 
+/// The hidden windows by which the watch asks and that have no name.
+std::vector<xcb_window_t> watchWindows(const Connection& connection) {
+    const auto tree = owned(
+        xcb_query_tree_reply(connection.get(), xcb_query_tree(connection.get(), connection.root()), nullptr));
+    const auto* const children = xcb_query_tree_children(tree.get());
+    std::vector<xcb_window_t> windows;
+    for (int index = 0; index < xcb_query_tree_children_length(tree.get()); ++index) {
+        const auto place = owned(xcb_get_geometry_reply(
+            connection.get(), xcb_get_geometry(connection.get(), children[index]), nullptr));
+        const auto name = owned(xcb_get_property_reply(
+            connection.get(),
+            xcb_get_property(connection.get(), 0, children[index], XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 0, 1),
+            nullptr));
+        if (place && place->x == -1 && place->width == 1 && name && name->type == XCB_ATOM_NONE)
+            windows.push_back(children[index]);
+    }
+    return windows;
+}
+
 class GrabWatchTest : public ::testing::Test {
 protected:
     /// Waits until the watch says so.
@@ -143,6 +162,30 @@ TEST_F(GrabWatchTest, AGrabFromBeforeTheStartIsKnownWithoutItsHolder) {
     }
     client.ungrab();
     EXPECT_TRUE(becomes(std::nullopt));
+}
+
+TEST_F(GrabWatchTest, AConnectionThatIsKilledIsOpenedAgainAndTheGrabNeverMissed) {
+    int changes = 0;
+    const auto counting = watch->observe([&] { ++changes; });
+    Client client(server.display());
+    client.grab();
+    ASSERT_TRUE(becomes(ours));
+    queue.run();
+    changes = 0;
+    const auto before = watchWindows(client.connection);
+    ASSERT_EQ(before.size(), 1U);
+    // Its number may be given to the next one.
+    xcb_change_property(client.connection.get(), XCB_PROP_MODE_REPLACE, before.front(), XCB_ATOM_WM_NAME,
+                        XCB_ATOM_STRING, 8, 3, "old");
+    ASSERT_THAT(watchWindows(client.connection), IsEmpty());
+    xcb_kill_client(client.connection.get(), before.front());
+    EXPECT_TRUE(eventually([&] { return watchWindows(client.connection).size() == 1; }));
+    queue.run();
+    EXPECT_EQ(changes, 0) << "what was known is still so";
+    client.ungrab();
+    EXPECT_TRUE(becomes(std::nullopt));
+    client.grab();
+    EXPECT_TRUE(becomes(ours)) << "heard of through the new connections";
 }
 
 TEST_F(GrabWatchTest, SleepsWhileNothingHappens) {

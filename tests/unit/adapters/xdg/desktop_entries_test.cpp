@@ -114,6 +114,32 @@ TEST_F(DesktopEntriesTest, ListsWhatHasWindowsAndStandsInMenus) {
     }
 }
 
+TEST_F(DesktopEntriesTest, AProgramIsCalledAsItsEntryCallsIt) {
+    const auto addProgram = [&](const fs::path& place, const std::string& keys) {
+        writeText(place, "[Desktop Entry]\nType=Application\n" + keys);
+    };
+    addProgram(system / "debian-xterm.desktop", "Name=XTerm\nExec=xterm\n");
+    addProgram(system / "org.example.Editor.desktop",
+               "Name=Editor\nExec=\"/opt/an \\\\\"odd\\\\\" place/editor\" --new %U\n");
+    addProgram(system / "org.example.Editor-settings.desktop",
+               "Name=Editor Settings\nExec=editor --preferences\n");
+    addProgram(system / "browser.desktop", "Name=Browser\nExec=/usr/lib/browser/browser %u\n");
+    addProgram(system / "browser-mail.desktop", "Name=Mail\nExec=browser --app=mail\n");
+    addProgram(system / "vim.desktop", "Name=Vim\nExec=vim\nTerminal=true\n");
+    addProgram(system / "empty.desktop", "Name=Nothing\nExec=\n");
+    const auto name = [&](const char* program) {
+        const auto found = entries.findByProgram(program);
+        return found ? found->name : "";
+    };
+    EXPECT_EQ(name("xterm"), "XTerm");
+    EXPECT_EQ(name("browser"), "Browser") << "one of several is called after it";
+    EXPECT_EQ(name("editor"), "") << "either may be meant";
+    EXPECT_EQ(name("vim"), "") << "the terminal is another program";
+    EXPECT_EQ(name("absent"), "");
+    fs::remove(system / "org.example.Editor-settings.desktop");
+    EXPECT_EQ(DesktopEntries({system.parent_path()}, "").findByProgram("editor")->name, "Editor");
+}
+
 TEST(LanguagesOf, PrefersWhatFitsMore) {
     EXPECT_THAT(languagesOf("sr_RS.UTF-8@latin"),
                 testing::ElementsAre("sr_RS@latin", "sr_RS", "sr@latin", "sr"));
