@@ -302,6 +302,22 @@
         <source>%1 · last %2</source>
         <translation>%1 · zuletzt %2</translation>
     </message>
+    <message>
+        <source>Install the package at-spi2-core, then log out and in again; if it is installed, start Glyma again.</source>
+        <translation>Installieren Sie das Paket at-spi2-core, melden Sie sich dann ab und wieder an; ist es schon installiert, starten Sie Glyma neu.</translation>
+    </message>
+    <message>
+        <source>the accessibility bus does not accept connections: %1</source>
+        <translation>der Barrierefreiheits-Bus nimmt keine Verbindungen an: %1</translation>
+    </message>
+    <message>
+        <source>the accessibility bus does not accept connections</source>
+        <translation>der Barrierefreiheits-Bus nimmt keine Verbindungen an</translation>
+    </message>
+    <message>
+        <source>the accessibility bus has ended</source>
+        <translation>der Barrierefreiheits-Bus wurde beendet</translation>
+    </message>
 </context>
 <context>
     <name>glyma::StatusMenu</name>

@@ -37,6 +37,12 @@ std::string ownIdentifier(const xdg::DesktopEntries& applications) {
 }
 
 constexpr Milliseconds timeForTray{5000};
+
+// What is told in English of applications that cannot be reached, and shown with the permissions.
+[[maybe_unused]] constexpr const char* reasons[] = {
+    QT_TRANSLATE_NOOP("glyma::Message", "the accessibility bus does not accept connections"),
+    QT_TRANSLATE_NOOP("glyma::Message", "the accessibility bus has ended"),
+};
 constexpr Milliseconds betweenLooksAtInsertion{10};
 constexpr int mostLooksAtInsertion = 50;
 

@@ -40,13 +40,11 @@ Permission withoutBus() {
                 "Start the desktop session through dbus-run-session, or install dbus-user-session.")};
 }
 
-Permission unreachable(const std::string& why) {
-    return {
-        .isGranted = false,
-        .finding = why,
-        .remedy =
-            "Install the package at-spi2-core, then log out and in again; if it is installed, start Glyma "
-            "again."};
+Permission unreachable(const Message& why) {
+    return {.isGranted = false,
+            .finding = why,
+            .remedy = Message::tr("Install the package at-spi2-core, then log out and in again; if it is "
+                                  "installed, start Glyma again.")};
 }
 
 Permission permissionOf(bool isOn) {
@@ -88,7 +86,7 @@ AccessibilityBus::AccessibilityBus()
 }
 
 Permission AccessibilityBus::current() const {
-    return answered_.isGranted && !obstacle_.empty() ? unreachable(obstacle_) : answered_;
+    return answered_.isGranted && !obstacle_.isEmpty() ? unreachable(obstacle_) : answered_;
 }
 
 void AccessibilityBus::check() {
@@ -137,7 +135,7 @@ void AccessibilityBus::set(const Permission& permission) {
     announceIfOther(before);
 }
 
-void AccessibilityBus::setObstacle(const std::string& obstacle) {
+void AccessibilityBus::setObstacle(const Message& obstacle) {
     const auto before = current();
     obstacle_ = obstacle;
     announceIfOther(before);
@@ -164,8 +162,9 @@ Permission AccessibilityBus::read() {
     const auto error = connection.lastError().message().toStdString();
     const bool isReached = connection.isConnected();
     QDBusConnection::disconnectFromBus(connectionName);
-    return isReached ? permission
-                     : unreachable("the accessibility bus does not accept connections: " + error);
+    return isReached
+               ? permission
+               : unreachable(Message::tr("the accessibility bus does not accept connections: %1").arg(error));
 }
 
 } // namespace glyma::dbus

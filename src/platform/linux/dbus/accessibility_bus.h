@@ -31,7 +31,7 @@ public:
 
     /// What keeps applications from being reached although the bus is switched on, a sentence without its
     /// full stop; empty: nothing.
-    void setObstacle(const std::string& obstacle);
+    void setObstacle(const Message& obstacle);
 
     /// Asks, and connects to the accessibility bus, as the program would when it starts. Waits for the
     /// answer, at most a second.
@@ -49,7 +49,7 @@ private:
     QDBusConnection bus_;
     QDBusServiceWatcher owner_;
     Permission answered_;
-    std::string obstacle_;
+    Message obstacle_;
     Signal<> changed_;
 };
 
