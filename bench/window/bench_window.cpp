@@ -22,12 +22,15 @@ using namespace std::chrono_literals;
 
 constexpr int shows = 60;
 constexpr int starts = 25;
-constexpr double paintLimit = 16;   // ms
-constexpr double startLimit = 150;  // ms
-constexpr double memoryLimit = 20;  // MB
-constexpr double wakeUpLimit = 0.2; // a second
-constexpr double idleLimit = 10;    // ms of a processor
+constexpr double paintLimit = 16;  // ms
+constexpr double startLimit = 150; // ms
+constexpr double memoryLimit = 20; // MB
+// A check each five seconds sleeps twice: until its time, and for the X server's answer.
+constexpr double wakeUpLimit = 0.45; // a second
+constexpr double idleLimit = 10;     // ms of a processor
 constexpr auto startTime = 4s;
+/// After this nothing that a start brings is still to come: five seconds on, the tray is looked for.
+constexpr auto settlingTime = 8s;
 constexpr auto idleTime = 60s;
 
 // Codes of the evdev rules, layout "us", with which Xvfb starts.
@@ -211,7 +214,7 @@ bool measureProgram(const std::filesystem::path& programs, const std::string& pr
     isGood = measureMemory(programs, program) && isGood;
 
     const Process running({program});
-    std::this_thread::sleep_for(startTime);
+    std::this_thread::sleep_for(settlingTime);
     isGood = measureIdleness(running) && isGood;
     XClient client;
     client.openTarget();

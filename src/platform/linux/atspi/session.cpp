@@ -50,8 +50,8 @@ AtspiAccessibility::Session::Session(Options options)
 AtspiAccessibility::Session::~Session() {
     worker_.post([this] {
         trackerReady_ = false;
-        if (tracker_)
-            dbus_connection_remove_filter(atspi_get_a11y_bus(), hear, this);
+        if (bus_)
+            dbus_connection_remove_filter(bus_.get(), hear, this);
         tracker_.reset();
     });
 }
@@ -69,7 +69,8 @@ void AtspiAccessibility::Session::connect() {
         activeWindow_.emplace();
         tracker_.emplace([this](pid_t process) { setCurrent(process); });
         trackerReady_ = true;
-        dbus_connection_add_filter(atspi_get_a11y_bus(), hear, this, nullptr);
+        bus_.reset(dbus_connection_ref(atspi_get_a11y_bus()));
+        dbus_connection_add_filter(bus_.get(), hear, this, nullptr);
     } else {
         lose(status.error);
     }

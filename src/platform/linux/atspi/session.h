@@ -83,6 +83,10 @@ private:
     void lose(const std::string& why);
     static DBusHandlerResult hear(DBusConnection* bus, DBusMessage* message, void* session);
 
+    struct Disconnect {
+        void operator()(DBusConnection* bus) const { dbus_connection_unref(bus); }
+    };
+
     const Options options_;
 
     std::atomic<bool> isAbsent_ = false;
@@ -93,6 +97,8 @@ private:
     mutable std::mutex mutex_;
     std::map<pid_t, std::chrono::steady_clock::time_point> unresponsiveUntil_;
     std::optional<ActiveWindow> activeWindow_;
+    /// The library's; it would open another one when this one has ended.
+    std::unique_ptr<DBusConnection, Disconnect> bus_;
     std::optional<FocusTracker> tracker_;
     /// Last, so that it ends before what its jobs use.
     Worker worker_;
