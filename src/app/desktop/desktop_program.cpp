@@ -82,7 +82,9 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store)
                  std::move(store))
     , clipboard_(QClipboard::Clipboard)
     , primarySelection_(QClipboard::Selection)
-    , accessibility_({.enableBus = true, .warn = [this](std::string_view why) { sayUnreachable(why); }})
+    , accessibility_({.enableBus = true,
+                      .warn = [this](std::string_view why) { sayUnreachable(why); },
+                      .focusMoved = [this] { scheduler_.post([this] { monitor_.focusMoved(); }); }})
     , textElements_(accessibility_, [this]() -> bool { return flags_.isTestFieldFocused; })
     , frontApplications_(scheduler_,
                          [&applications = foundation.applications](const x11::WindowIdentity& window) {
