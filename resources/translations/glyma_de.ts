@@ -304,7 +304,7 @@
     </message>
     <message>
         <source>Install the package at-spi2-core, then log out and in again; if it is installed, start Glyma again.</source>
-        <translation>Installieren Sie das Paket at-spi2-core, melden Sie sich dann ab und wieder an; ist es installiert, starten Sie Glyma neu.</translation>
+        <translation>Installieren Sie das Paket at-spi2-core, melden Sie sich dann ab und wieder an; ist es schon installiert, starten Sie Glyma neu.</translation>
     </message>
     <message>
         <source>the accessibility bus does not accept connections: %1</source>

@@ -60,7 +60,9 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
         return rememberSource(heard.trigger);
     case Effect::showPanel:
         logFirstCharacter(event, true);
-        return post([showing, typed = heard.typed](Implementation& self) { self.showPanel(showing, typed); });
+        return post([showing, trigger = heard.trigger, typed = heard.typed](Implementation& self) {
+            self.showPanel(showing, trigger, typed);
+        });
     case Effect::queryTyped:
         return postFor(showing,
                        [typed = heard.typed, text = typedTextOf(event), isAutorepeat = event.isAutorepeat](
@@ -87,17 +89,6 @@ void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent
     }
 }
 
-/// On the main thread: an application that was never asked before can take tenths of a second to tell its
-/// focused element, and keys heard meanwhile would reach it before the keys they open the picker for are
-/// claimed.
-void KeyboardMonitor::Implementation::rememberSource(TriggerNumber trigger) {
-    post([trigger, front = state.front()](Implementation& self) {
-        self.text.setSourceAppPID(front.process);
-        self.text.cacheSourceFocusedElement();
-        self.permit(trigger, front);
-    });
-}
-
 void KeyboardMonitor::Implementation::logFirstCharacter(const KeyEvent& event, bool isVisible) {
     if (!log.debugEnabled())
         return;
@@ -111,7 +102,7 @@ void KeyboardMonitor::Implementation::logFirstCharacter(const KeyEvent& event, b
 void KeyboardMonitor::Implementation::post(std::function<void(Implementation&)> action) {
     scheduler.post([weak = weak_from_this(), action = std::move(action)] {
         if (const auto self = weak.lock())
-            action(*self);
+            self->run(action);
     });
 }
 
@@ -125,34 +116,24 @@ void KeyboardMonitor::Implementation::postFor(Showing showing, std::function<voi
 
 // Main thread
 
-/// Keys heard meanwhile may already have opened the picker for this trigger: that showing is behind us in the
-/// queue, so that a picker which may not open is never seen.
-void KeyboardMonitor::Implementation::permit(TriggerNumber trigger, const FrontApplication& front) {
-    const auto current = frontApplications.current();
-    const bool hasLeft = current.process != 0 && front.process != 0 && current.process != front.process &&
-                         current.identifier != ownIdentifier;
-    isTriggerRefused = hasLeft || isExcludedWebsite(front.identifier, text, preferences);
-    if (!isTriggerRefused)
-        return state.allow(trigger);
-    log.debug("Glyma: [tap] trigger ignored: {}",
-              hasLeft ? "the user has left the application" : "not in a page, or in one of an excluded site");
-    const auto taken = state.refuse(trigger);
-    if (!hasLeft && !taken.empty())
-        text.giveBack(taken);
-}
-
-void KeyboardMonitor::Implementation::showPanel(Showing showing, const TypedText& typed) {
+void KeyboardMonitor::Implementation::showPanel(Showing showing, TriggerNumber trigger,
+                                                const TypedText& typed) {
     if (showing <= cancelled || isTriggerRefused)
         return;
-    shown = showing;
-    setTyped(typed);
-
     const auto front = frontApplications.current();
     text.setSourceAppPID(front.process);
     text.cacheSourceFocusedElement();
+    if (isExcludedWebsite(front.identifier, text, preferences).value_or(false))
+        return refuse(trigger, false);
+    state.allow(trigger);
+    shown = showing;
+    setTyped(typed);
+
     const bool isKeystrokeMode = !text.focusedElementReportsSelection();
     if (!isKeystrokeMode)
         poll(showing, typed);
+    else
+        pollWhenFound(showing, 0);
     state.setKeystrokeMode(showing, isKeystrokeMode);
     log.debug("Glyma: [showPanel] isKeystrokeMode={} app={}", isKeystrokeMode,
               front.identifier.value_or("?"));
@@ -161,15 +142,19 @@ void KeyboardMonitor::Implementation::showPanel(Showing showing, const TypedText
     const auto known = text.caretBounds();
     const auto caret = known ? *known : caretAtPointer(screens.pointerLocation(), screens.all());
     fillPicker(showing);
-    window.placeAtCaret(caret);
-    window.orderFront();
-    window.showCaretOverlay(caret);
-    targetWindow.remember();
+    showAt(caret);
     if (!globalMouseMonitor)
         globalMouseMonitor = mouse.observe([weak = weak_from_this()](MouseEvent event) {
             if (const auto self = weak.lock())
                 self->hearMouse(event);
         });
+}
+
+void KeyboardMonitor::Implementation::showAt(const Rect& caret) {
+    window.placeAtCaret(caret);
+    window.orderFront();
+    window.showCaretOverlay(caret);
+    targetWindow.remember();
 }
 
 void KeyboardMonitor::Implementation::fillPicker(Showing showing) {
@@ -187,6 +172,7 @@ void KeyboardMonitor::Implementation::fillPicker(Showing showing) {
 }
 
 void KeyboardMonitor::Implementation::setTyped(const TypedText& typed) {
+    typedKeys = typed;
     queryBuffer = typed.query();
     keystrokeCount = typed.keystrokeCount();
 }
@@ -295,6 +281,10 @@ void KeyboardMonitor::stop() {
     self.flagsChanged.reset();
     self.tap.stop();
     self.state.setTapRunning(false);
+}
+
+void KeyboardMonitor::focusMoved() {
+    implementation_->focusMoved();
 }
 
 bool KeyboardMonitor::isPanelVisible() const {

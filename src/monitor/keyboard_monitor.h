@@ -63,6 +63,9 @@ public:
     std::expected<void, std::string> start();
     void stop();
 
+    /// Another element may have the focus now. Main thread.
+    void focusMoved();
+
     bool isPanelVisible() const;
     bool isPendingTrigger() const;
 

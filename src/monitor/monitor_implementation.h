@@ -8,12 +8,18 @@
 #include "monitor/target_window.h"
 #include "text/delayed_jobs.h"
 
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace glyma {
 
 /// The monitor's parts: what the tap thread does and the picker's opening and closing (keyboard_monitor.cpp),
-/// the query while the picker is open (monitor_query.cpp), the choice (monitor_choice.cpp).
+/// where it may open at all (monitor_permission.cpp), the query while it is open (monitor_query.cpp), the
+/// choice (monitor_choice.cpp).
 struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMonitor::Implementation>,
                                          MonitorServices {
     explicit Implementation(MonitorServices services)
@@ -35,8 +41,21 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     void postFor(Showing showing, std::function<void(Implementation&)> action);
 
     // Main thread
-    void permit(TriggerNumber trigger, const FrontApplication& front);
-    void showPanel(Showing showing, const TypedText& typed);
+    struct TriggerQuestion {
+        TriggerNumber trigger = 0;
+        FrontApplication front; ///< where it was typed
+        int attempts = 0;
+    };
+    bool hasLeft(const FrontApplication& front) const;
+    void permit(TriggerQuestion question, std::optional<bool> isExcluded);
+    void askAgain(TriggerQuestion question);
+    void refuse(TriggerNumber trigger, bool hasLeft);
+    void run(std::function<void(Implementation&)> action);
+    void runWhatWaits();
+    void focusMoved();
+    void closeOutsidePages(Showing showing, bool isSecondLook);
+    void showPanel(Showing showing, TriggerNumber trigger, const TypedText& typed);
+    void showAt(const Rect& caret);
     void fillPicker(Showing showing);
     void setTyped(const TypedText& typed);
     void setQuery(const TypedText& typed);
@@ -44,9 +63,12 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     void handleTypedCharacter(bool isAutorepeat, const std::string& text, const TypedText& typed);
     void handleBackspace(const TypedText& typed);
     void poll(Showing showing, const TypedText& typed);
+    void pollWhenFound(Showing showing, std::size_t attempt);
     void queryRead();
     void followKeysInstead(Showing showing);
     void hearMouse(MouseEvent event);
+    void keepFollowing();
+    void followOnceMore();
     void recheckAfterClick();
     void judgeClick(const QueryReading& reading, std::uint64_t keysHeard);
     void chooseOrDismiss(std::shared_ptr<TypingHold> hold);
@@ -66,6 +88,10 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     Showing shown = 0;             ///< 0: none
     Showing cancelled = 0;         ///< this one and those before it are not to be shown any more
     bool isTriggerRefused = false; ///< the last one typed may not open the picker
+    /// It is not known yet whether it may; what the tap hands over meanwhile waits.
+    bool isWaitingForAnswer = false;
+    std::vector<std::function<void(Implementation&)>> waiting;
+    TypedText typedKeys; ///< as far as they have been handed over
     std::string queryBuffer;
     std::ptrdiff_t keystrokeCount = 0;
     /// While the query is followed in the target's text.
@@ -73,6 +99,7 @@ struct KeyboardMonitor::Implementation : std::enable_shared_from_this<KeyboardMo
     TargetReader reader;
     TargetWindow targetWindow;
     DelayedJobs delayed;
+    int followsLeft = 0; ///< looks at a window that may still move
     std::vector<std::unique_ptr<ChoiceReading>> choices;
     Subscription globalMouseMonitor;
     std::shared_ptr<TypingHold> choiceHold; ///< of the key that is choosing now

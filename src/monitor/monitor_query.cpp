@@ -1,13 +1,21 @@
 #include "monitor/monitor_implementation.h"
 
+#include <array>
+#include <utility>
+
 namespace glyma {
 
 namespace {
 
 /// Lets the target move its caret.
 constexpr Milliseconds clickRecheckDelay{50};
-/// Lets the window manager put the window where it stays.
+/// Lets the window manager put the window where it stays: it moves it after it has heard of the pointer,
+/// and we may hear of that first.
 constexpr Milliseconds finalFollowDelay{100};
+constexpr int finalFollows = 3;
+/// When to look again for the element of an application that did not tell it when the picker was shown.
+constexpr std::array lookDelays = {Milliseconds(100), Milliseconds(200), Milliseconds(400),
+                                   Milliseconds(800)};
 
 } // namespace
 
@@ -44,6 +52,34 @@ void KeyboardMonitor::Implementation::poll(Showing showing, const TypedText& typ
                                            })});
 }
 
+/// An application that has just been started may tell its focused element only now. Until the next key
+/// nothing is read: the query is what the keys have typed either way.
+void KeyboardMonitor::Implementation::pollWhenFound(Showing showing, std::size_t attempt) {
+    if (attempt == lookDelays.size())
+        return;
+    const auto judge = [this, showing, attempt](bool isFound) {
+        if (shown != showing || queryPoll)
+            return;
+        if (!isFound)
+            return pollWhenFound(showing, attempt + 1);
+        log.debug("Glyma: [AX poll] the focused element has been found after all");
+        poll(showing, typedKeys);
+        state.setKeystrokeMode(showing, false);
+        picker.setIsKeystrokeMode(false);
+        if (const auto caret = text.caretBounds())
+            showAt(*caret);
+    };
+    delayed.after(lookDelays.at(attempt), [this, showing, judge] {
+        if (shown == showing)
+            reader.ask(
+                [&text = text] {
+                    text.cacheSourceFocusedElement();
+                    return text.focusedElementReportsSelection();
+                },
+                judge);
+    });
+}
+
 void KeyboardMonitor::Implementation::queryRead() {
     queryBuffer = queryPoll->query().query();
     keystrokeCount = queryPoll->query().keystrokeCount();
@@ -66,14 +102,28 @@ void KeyboardMonitor::Implementation::followKeysInstead(Showing showing) {
 void KeyboardMonitor::Implementation::hearMouse(MouseEvent event) {
     switch (event) {
     case MouseEvent::leftUp:
-        targetWindow.followTargetWindow(false);
+        keepFollowing();
         return delayed.after(finalFollowDelay, [this] { targetWindow.followTargetWindow(true); });
     case MouseEvent::leftDragged:
-        return targetWindow.followTargetWindow(false);
+        return keepFollowing();
     case MouseEvent::leftDown:
     case MouseEvent::otherDown:
         return delayed.after(clickRecheckDelay, [this] { recheckAfterClick(); });
     }
+}
+
+void KeyboardMonitor::Implementation::keepFollowing() {
+    targetWindow.followTargetWindow(false);
+    if (std::exchange(followsLeft, finalFollows) == 0)
+        followOnceMore();
+}
+
+void KeyboardMonitor::Implementation::followOnceMore() {
+    delayed.after(finalFollowDelay, [this] {
+        targetWindow.followTargetWindow(false);
+        if (--followsLeft > 0)
+            followOnceMore();
+    });
 }
 
 void KeyboardMonitor::Implementation::recheckAfterClick() {

@@ -10,14 +10,25 @@ bool isExcludedHost(std::string_view host, const std::vector<ExcludedWebsite>& w
     });
 }
 
-bool isExcludedWebsite(const std::optional<std::string>& applicationIdentifier, const TextInserter& text,
-                       const UserPreferences& preferences) {
+std::optional<bool> isExcludedPage(const FocusedPage& page, const std::vector<ExcludedWebsite>& websites) {
+    switch (page.place) {
+    case FocusedPage::Place::inside:
+        return !page.host.empty() && isExcludedHost(page.host, websites);
+    case FocusedPage::Place::outside:
+        return true;
+    case FocusedPage::Place::unreadable:
+        return false;
+    case FocusedPage::Place::unanswered:
+        break;
+    }
+    return std::nullopt;
+}
+
+std::optional<bool> isExcludedWebsite(const std::optional<std::string>& applicationIdentifier,
+                                      const TextInserter& text, const UserPreferences& preferences) {
     if (!applicationIdentifier || !preferences.isBrowser(*applicationIdentifier))
         return false;
-    const auto host = text.pageHost();
-    if (!host)
-        return !text.hidesPages();
-    return !host->empty() && isExcludedHost(*host, preferences.excludedWebsites());
+    return isExcludedPage(text.focusedPage(), preferences.excludedWebsites());
 }
 
 } // namespace glyma

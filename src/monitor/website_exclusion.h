@@ -15,12 +15,15 @@ namespace glyma {
 /// \return whether it ends with an excluded domain, letter for letter.
 bool isExcludedHost(std::string_view host, const std::vector<ExcludedWebsite>& websites);
 
-/// Whether a trigger typed in this application is to be left alone for the sake of the page it was typed in.
-/// In a browser the trigger works in pages only, and not in those of excluded sites. A browser that lets
-/// nobody read its pages is an application like any other, else the trigger would never work there.
-///
-/// Asks about the element that `text` remembers. Main thread.
-bool isExcludedWebsite(const std::optional<std::string>& applicationIdentifier, const TextInserter& text,
-                       const UserPreferences& preferences);
+/// Whether the page is one in which a trigger is to be left alone: in a browser it works in pages only, and
+/// not in those of excluded sites. A browser that lets nobody read its pages is an application like any
+/// other, else the trigger would never work there.
+/// \return absent while the browser has not answered.
+std::optional<bool> isExcludedPage(const FocusedPage& page, const std::vector<ExcludedWebsite>& websites);
+
+/// The same for the element that `text` remembers, in whatever application; what is no browser is not asked.
+/// Main thread.
+std::optional<bool> isExcludedWebsite(const std::optional<std::string>& applicationIdentifier,
+                                      const TextInserter& text, const UserPreferences& preferences);
 
 } // namespace glyma

@@ -94,7 +94,8 @@ inline constexpr std::string_view textMarkerRangeForUnorderedTextMarkers =
 } // namespace attribute
 
 /// Reads and changes what other applications show. Every call answers within 150 ms; an application that did
-/// not is left alone for two seconds, in which it answers `timedOut` at once. Any thread.
+/// not is left alone, and answers `timedOut` at once, until it is heard of again or two seconds have passed.
+/// Any thread.
 class Accessibility {
 public:
     template<typename Value>

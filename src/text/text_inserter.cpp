@@ -56,10 +56,16 @@ ElementReference TextInserter::cachedSourceElement() const {
     return cachedSourceElement_;
 }
 
-void TextInserter::cache(ElementReference element, std::string_view logMessage) {
+bool TextInserter::isSourceFocused() const {
+    const std::scoped_lock lock(mutex_);
+    return found_ == Found::asFocus;
+}
+
+void TextInserter::cache(ElementReference element, std::string_view logMessage, Found found) {
     {
         const std::scoped_lock lock(mutex_);
         cachedSourceElement_ = std::move(element);
+        found_ = found;
     }
     if (!logMessage.empty())
         services_.log.debug("{}", logMessage);
@@ -104,7 +110,7 @@ void TextInserter::cacheSourceFocusedElement() {
     if (!hit)
         hit = hitTestElement(systemWide);
     if (hit)
-        cache(std::move(hit), {});
+        cache(std::move(hit), {}, Found::atPointer);
     else
         log.debug("cacheSourceFocusedElement: all approaches failed");
 }
@@ -120,7 +126,7 @@ void TextInserter::recacheSourceFromApp() {
         if (const auto element = elementAttribute(*window, attribute::focusedElement))
             return cache(*element, "Re-cached source element (window → focused)");
     if (auto hit = hitTestElement(application))
-        cache(std::move(hit), {});
+        cache(std::move(hit), {}, Found::atPointer);
     else
         services_.log.debug("recacheSourceFromApp: all approaches failed");
 }
@@ -229,14 +235,6 @@ std::optional<std::string> TextInserter::selectedText() const {
     return text && !text->empty() ? text : std::nullopt;
 }
 
-bool TextInserter::hidesPages() const {
-    auto found = elementAttribute(services_.accessibility.systemWide(), attribute::focusedApplication);
-    for (const auto name : {attribute::focusedWindow, attribute::page})
-        if (found)
-            found = elementAttribute(*found, name);
-    return !found && found.error() != AccessibilityError::timedOut;
-}
-
 std::optional<std::string> TextInserter::textBeforeCursor() const {
     const auto element = focusedElement();
     if (!element) {
@@ -246,19 +244,36 @@ std::optional<std::string> TextInserter::textBeforeCursor() const {
     return TextBeforeCursor(services_.accessibility, services_.log, element, pollTickCount_).read();
 }
 
-std::optional<std::string> TextInserter::pageHost() const {
+FocusedPage TextInserter::focusedPage() const {
     auto& accessibility = services_.accessibility;
-    auto element = cachedSourceElement();
-    for (int examined = 0; element && examined < webAreaDepth; ++examined) {
-        if (valueAs<std::string>(accessibility.attributeValue(element, attribute::role)) == "AXWebArea") {
-            const auto url = accessibility.attributeValue(element, attribute::url);
-            if (const auto address = valueAs<Address>(url))
-                return pageHostOf(address->absoluteString);
-            return pageHostOf(valueAs<std::string>(url).value_or(""));
+    const auto source = cachedSourceElement();
+    auto element = Accessibility::Result<ElementReference>(source);
+    for (int examined = 0; element && *element && examined < webAreaDepth; ++examined) {
+        const auto role = accessibility.attributeValue(*element, attribute::role);
+        if (!role && role.error() == AccessibilityError::timedOut)
+            return {FocusedPage::Place::unanswered, {}};
+        if (valueAs<std::string>(role) == "AXWebArea") {
+            const auto url = accessibility.attributeValue(*element, attribute::url);
+            if (!url && url.error() == AccessibilityError::timedOut)
+                return {FocusedPage::Place::unanswered, {}};
+            const auto address = valueAs<Address>(url);
+            return {FocusedPage::Place::inside,
+                    pageHostOf(address ? address->absoluteString : valueAs<std::string>(url).value_or(""))};
         }
-        element = elementAttribute(element, attribute::parent).value_or(nullptr);
+        element = elementAttribute(*element, attribute::parent);
     }
-    return std::nullopt;
+    if (!element && element.error() == AccessibilityError::timedOut)
+        return {FocusedPage::Place::unanswered, {}};
+
+    auto page = elementAttribute(accessibility.systemWide(), attribute::focusedApplication);
+    for (const auto name : {attribute::focusedWindow, attribute::page})
+        if (page)
+            page = elementAttribute(*page, name);
+    if (!page && page.error() != AccessibilityError::timedOut)
+        return {FocusedPage::Place::unreadable, {}};
+    // What is under the pointer need not have the focus.
+    const bool isKnown = page && source && isSourceFocused();
+    return {isKnown ? FocusedPage::Place::outside : FocusedPage::Place::unanswered, {}};
 }
 
 } // namespace glyma

@@ -40,6 +40,20 @@ struct TextServices {
     Clipboard* primarySelection = nullptr;
 };
 
+/// Where an element is, seen from the pages of a browser.
+struct FocusedPage {
+    enum class Place {
+        inside,     ///< of a page
+        outside,    ///< of all pages, though the window shows one
+        unreadable, ///< the window has no page that can be read
+        unanswered, ///< the application has not said, as one that has just been started may not yet
+    };
+    Place place = Place::unanswered;
+    /// Of the page, without "www."; empty when it has none.
+    std::string host;
+    bool operator==(const FocusedPage&) const = default;
+};
+
 /// Reads and changes the text of other applications through one element: the one that had the focus when the
 /// trigger was typed. Finding and caching it may be called from the tap thread as well as the main thread,
 /// reading the text before the caret from any; everything else belongs to the main thread.
@@ -67,12 +81,8 @@ public:
     std::optional<Rect> caretBounds() const;
     /// Not empty when present.
     std::optional<std::string> selectedText() const;
-    /// Host of the page that the cached element belongs to, without "www."; empty when the page has none;
-    /// absent when the element is not inside web content.
-    std::optional<std::string> pageHost() const;
-    /// Whether the window in front has no web page that can be read. Not so while its application does not
-    /// answer, which one that has just been started may not.
-    bool hidesPages() const;
+    /// The page that the cached element belongs to. Any thread.
+    FocusedPage focusedPage() const;
     /// What stands before the caret, from anywhere up to the caret; absent when nobody can tell.
     std::optional<std::string> textBeforeCursor() const;
     /// Number of the poll under way, for the log.
@@ -100,7 +110,9 @@ private:
     Accessibility::Result<ElementReference> elementAttribute(const ElementReference& element,
                                                              std::string_view name) const;
     ElementReference hitTestElement(const ElementReference& root) const;
-    void cache(ElementReference element, std::string_view logMessage);
+    enum class Found { asFocus, atPointer };
+    void cache(ElementReference element, std::string_view logMessage, Found found = Found::asFocus);
+    bool isSourceFocused() const;
     std::optional<Rect> boundsForParameter(const ElementReference& element, std::string_view name,
                                            const AttributeValue& parameter) const;
 
@@ -135,6 +147,7 @@ private:
     mutable std::mutex mutex_;
     pid_t sourceAppPID_ = 0;
     ElementReference cachedSourceElement_;
+    Found found_ = Found::asFocus; ///< the cached element
     std::atomic<int> pollTickCount_ = 0;
     ClipboardLoan clipboardLoan_;
     std::optional<ClipboardLoan> primaryLoan_;

@@ -187,6 +187,25 @@ TEST_F(Polling, ATargetThatAnswersSlowlyOrNeverHoldsNothingUp) {
     }
 }
 
+// It has just been started: what it could not tell when the picker opened it tells now.
+TEST_F(Polling, BeginsWhenTheElementIsFoundAfterAll) {
+    desktop.clipboard.setText("le");
+    editor->setHung(true);
+    desktop.type(":s");
+    desktop.advance(300ms);
+    EXPECT_TRUE(picker.isKeystrokeMode());
+    editor->setHung(false);
+    desktop.type("mi");
+    desktop.advance(1s);
+    EXPECT_FALSE(picker.isKeystrokeMode());
+    EXPECT_EQ(window.carets.size(), 2U) << "moved from the pointer to the caret";
+    command(keycode::v);
+    EXPECT_EQ(picker.query(), "smile");
+    desktop.press(keycode::returnKey);
+    settle();
+    EXPECT_EQ(editor->text(), "😄");
+}
+
 TEST_F(Polling, JudgesAClickByTheTextBeforeTheCaret) {
     struct Case {
         const char* what;
@@ -239,6 +258,12 @@ TEST_F(Polling, ThePickerMovesWithTheWindow) {
     desktop.advance(200ms);
     EXPECT_EQ(window.frame(), (Rect{shown.x + 120, shown.y - 30, shown.width, shown.height}));
     EXPECT_TRUE(window.isShown);
+    const auto dragged = window.frame();
+    desktop.mouse.deliver(MouseEvent::leftDragged);
+    desktop.advance(150ms);
+    editor->moveWindow({20, 20}); // a window manager that is late, while the button is still held
+    desktop.advance(200ms);
+    EXPECT_EQ(window.frame(), (Rect{dragged.x + 20, dragged.y + 20, dragged.width, dragged.height}));
     desktop.press(keycode::escape);
     desktop.drag(*editor, {50, 50}, 2);
     EXPECT_FALSE(window.isShown);

@@ -155,6 +155,75 @@ TEST_F(Websites, OnAllowedPagesTheFastestFingersAreServed) {
     EXPECT_EQ(page.keysFromUser(), "a:smil");
 }
 
+// A browser that has just been started, or is busy: the trigger is not lost.
+TEST_F(Websites, ABrowserThatAnswersLateIsWaitedFor) {
+    excludeSite("example.org");
+    for (const auto* address : {"https://allowed.test/", "https://example.org/"}) {
+        SCOPED_TRACE(address);
+        const bool isAllowed = std::string_view(address).find("allowed") != std::string_view::npos;
+        auto& page = browse(address);
+        page.setHung(true);
+        desktop.type(":sm");
+        desktop.press(keycode::escape);
+        desktop.type(":s");
+        desktop.advance(400ms);
+        EXPECT_THAT(window.carets, IsEmpty());
+        page.setHung(false);
+        desktop.advance(400ms);
+        EXPECT_EQ(window.isShown, isAllowed);
+        desktop.type("mil");
+        desktop.press(keycode::returnKey);
+        settle();
+        EXPECT_EQ(page.text(), isAllowed ? ":sm😄" : ":sm:smil\n");
+
+        page.setHung(true);
+        desktop.type(" :smil");
+        desktop.press(keycode::returnKey);
+        desktop.type("x");
+        desktop.advance(200ms);
+        page.setHung(false);
+        settle();
+        EXPECT_EQ(page.text(), isAllowed ? ":sm😄 😄x" : ":sm:smil\n :smil\nx") << "all typed meanwhile";
+        window.carets.clear();
+    }
+}
+
+TEST_F(Websites, AFocusThatLeavesThePageUnnoticedIsNoticedLater) {
+    manner.fieldsOutsideThePage = {1};
+    auto& browser = browse("https://allowed.test/");
+    const auto addressBar = browser.addField({0, 0, 600, 30});
+
+    desktop.type(":");
+    desktop.advance(20ms);
+    browser.focusField(addressBar); // Control+L, before the colon: reported only now
+    desktop.clock.stallMainQueue(100ms);
+    desktop.type("s");
+    desktop.press(keycode::returnKey);
+    settle();
+    EXPECT_THAT(window.carets, IsEmpty());
+    EXPECT_EQ(browser.keysInjected(), "<Return>") << "taken without need";
+    EXPECT_FALSE(monitor.isPanelVisible());
+
+    browser.focusField(0);
+    desktop.type(":s");
+    desktop.advance(20ms);
+    EXPECT_TRUE(window.isShown);
+    monitor.focusMoved();
+    desktop.advance(20ms);
+    EXPECT_TRUE(window.isShown) << "still in the page";
+    browser.focusField(addressBar);
+    monitor.focusMoved();
+    desktop.advance(20ms);
+    browser.focusField(0);
+    desktop.advance(200ms);
+    EXPECT_TRUE(window.isShown) << "it had left for a moment only";
+    browser.focusField(addressBar);
+    monitor.focusMoved();
+    desktop.advance(200ms);
+    EXPECT_FALSE(window.isShown);
+    EXPECT_FALSE(monitor.isPanelVisible());
+}
+
 TEST_F(Websites, TheUsersTableComesFirst) {
     desktop.settings.set("browsers",
                          {{"org.example.Surfer", true}, {"firefox-esr", false}, {"falkon", "yes"}});

@@ -37,6 +37,12 @@ std::string ownIdentifier(const xdg::DesktopEntries& applications) {
 }
 
 constexpr Milliseconds timeForTray{5000};
+
+// What is told in English of applications that cannot be reached, and shown with the permissions.
+[[maybe_unused]] constexpr const char* reasons[] = {
+    QT_TRANSLATE_NOOP("glyma::Message", "the accessibility bus does not accept connections"),
+    QT_TRANSLATE_NOOP("glyma::Message", "the accessibility bus has ended"),
+};
 constexpr Milliseconds betweenLooksAtInsertion{10};
 constexpr int mostLooksAtInsertion = 50;
 
@@ -76,7 +82,9 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store)
                  std::move(store))
     , clipboard_(QClipboard::Clipboard)
     , primarySelection_(QClipboard::Selection)
-    , accessibility_({.enableBus = true, .warn = [this](const Message& why) { sayUnreachable(why); }})
+    , accessibility_({.enableBus = true,
+                      .warn = [this](const Message& why) { sayUnreachable(why); },
+                      .focusMoved = [this] { scheduler_.post([this] { monitor_.focusMoved(); }); }})
     , textElements_(accessibility_, [this]() -> bool { return flags_.isTestFieldFocused; })
     , frontApplications_(scheduler_,
                          [&applications = foundation.applications](const x11::WindowIdentity& window) {

@@ -18,6 +18,7 @@ const Error timedOut{AccessibilityError::timedOut};
 
 constexpr auto deadline = 150ms;
 constexpr auto timeLeftAlone = 2s;
+constexpr auto timeLeftAloneAtLeast = 100ms;
 
 enum class Kind { desktop, application, window, webArea, field };
 
@@ -90,9 +91,6 @@ Accessibility::Result<Application*> SimulatedAccessibility::ask(const Element& e
         ++calls_;
         if (failsFrom_ > 0 && calls_ >= failsFrom_)
             return failed;
-        if (const auto found = leftAloneUntil_.find(element.process);
-            found != leftAloneUntil_.end() && clock_.elapsed() < found->second)
-            return timedOut;
     }
     if (element.kind == Kind::desktop)
         return nullptr;
@@ -100,12 +98,20 @@ Accessibility::Result<Application*> SimulatedAccessibility::ask(const Element& e
     if (!application)
         return failed;
     const auto answerTime = application->isHung() ? 1h : application->manner().answerTime;
+    {
+        const std::lock_guard lock(mutex_);
+        const auto isHeardOf = answerTime <= deadline;
+        if (const auto found = leftAloneSince_.find(element.process);
+            found != leftAloneSince_.end() &&
+            clock_.elapsed() < found->second + (isHeardOf ? timeLeftAloneAtLeast : timeLeftAlone))
+            return timedOut;
+    }
     if (answerTime > 0ms)
         clock_.sleep(std::min<Milliseconds>(answerTime, deadline));
     if (answerTime <= deadline)
         return application;
     const std::lock_guard lock(mutex_);
-    leftAloneUntil_[element.process] = clock_.elapsed() + timeLeftAlone;
+    leftAloneSince_[element.process] = clock_.elapsed();
     return timedOut;
 }
 

@@ -63,7 +63,7 @@ private:
     mutable std::mutex mutex_;
     std::size_t calls_ = 0;
     std::size_t failsFrom_ = 0;
-    std::map<pid_t, VirtualClock::Duration> leftAloneUntil_;
+    std::map<pid_t, VirtualClock::Duration> leftAloneSince_;
 };
 
 } // namespace glyma::simulated

@@ -124,13 +124,17 @@ TEST_F(FocusTest, ReadsWhatIsSelected) {
 
 TEST_F(FocusTest, KnowsThePageOfWebContentOnly) {
     inserter->cacheSourceFocusedElement();
-    EXPECT_EQ(inserter->pageHost(), std::nullopt);
+    EXPECT_EQ(inserter->focusedPage(), (FocusedPage{FocusedPage::Place::unreadable, {}}));
     for (const auto& [address, host] :
          {std::pair{"https://www.example.com/a?b", "example.com"}, {"about:blank", ""}}) {
         open("x|", mannerWith([&](Manner& m) { m.webAddress = address; }));
         inserter->cacheSourceFocusedElement();
-        EXPECT_EQ(inserter->pageHost(), host);
+        EXPECT_EQ(inserter->focusedPage(), (FocusedPage{FocusedPage::Place::inside, host}));
     }
+    auto& slow = open("x|", mannerWith([](Manner& m) { m.webAddress = "about:blank"; }));
+    inserter->cacheSourceFocusedElement();
+    slow.setHung(true);
+    EXPECT_EQ(inserter->focusedPage().place, FocusedPage::Place::unanswered);
 }
 
 TEST(PageAddressTest, HasAHostOrNone) {

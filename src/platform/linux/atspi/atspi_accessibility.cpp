@@ -16,8 +16,6 @@ namespace {
 constexpr Milliseconds deadline{150};
 constexpr int descentLimit = 30;
 constexpr int climbLimit = 200;
-/// A starting application shows its window before it is on the bus.
-constexpr int prepareAttempts = 4;
 
 constexpr auto failure(AccessibilityError error) {
     return std::unexpected(error);
@@ -110,8 +108,7 @@ bool AtspiAccessibility::focusIsPasswordField() const {
 
 void AtspiAccessibility::prepare(pid_t process) {
     if (process > 0 && process != getpid() && !session_->isAbsent())
-        session_->worker().post(
-            [session = session_.get(), process] { session->prepare(process, prepareAttempts); });
+        session_->worker().post([session = session_.get(), process] { session->prepare(process); });
 }
 
 void AtspiAccessibility::find(std::function<void(std::vector<std::string>)> onFound) {
@@ -161,21 +158,21 @@ Accessibility::Result<Value> AtspiAccessibility::request(const ElementReference&
 
 Accessibility::Result<AttributeValue> AtspiAccessibility::attributeValue(const ElementReference& reference,
                                                                          std::string_view name) {
-    return request<AttributeValue>(reference, [name = std::string(name)](Session& session,
-                                                                         const Element& element,
-                                                                         pid_t process, Conversation& ask) {
-        if (name == attribute::focusedElement) {
-            auto found = session.tracker().focusedElement(process, ask);
-            if (ask.hasGivenUp()) // the next question may find it known
-                session.worker().post([&session, process] { session.prepare(process, 1); });
-            return session.wrapped(std::move(found), process);
-        }
-        if (element.kind == Element::Kind::accessible)
-            return elementAttribute(session, element, name, ask);
-        if (element.kind == Element::Kind::window)
-            return windowAttribute(session, process, name, ask);
-        return applicationAttribute(session, element, process, name, ask);
-    });
+    return request<AttributeValue>(reference,
+                                   [name = std::string(name)](Session& session, const Element& element,
+                                                              pid_t process, Conversation& ask) {
+                                       if (name == attribute::focusedElement) {
+                                           auto found = session.tracker().focusedElement(process, ask);
+                                           if (ask.hasGivenUp()) // the next question may find it known
+                                               session.prepareAgain(process);
+                                           return session.wrapped(std::move(found), process);
+                                       }
+                                       if (element.kind == Element::Kind::accessible)
+                                           return elementAttribute(session, element, name, ask);
+                                       if (element.kind == Element::Kind::window)
+                                           return windowAttribute(session, process, name, ask);
+                                       return applicationAttribute(session, element, process, name, ask);
+                                   });
 }
 
 Accessibility::Result<AttributeValue>

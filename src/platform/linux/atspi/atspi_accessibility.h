@@ -23,6 +23,8 @@ public:
         bool enableBus = true;
         /// Told, on a thread of ours, that there is no bus, or none any more, and why: no full stop.
         std::function<void(const Message&)> warn;
+        /// Told, on that thread, that another element has the focus now. Must not wait.
+        std::function<void()> focusMoved = {};
     };
 
     /// Returns at once; the bus is connected on the way.

@@ -127,8 +127,9 @@ std::string_view busName(AtspiAccessible* element) {
 
 } // namespace
 
-FocusTracker::FocusTracker(std::function<void(pid_t)> willAsk)
-    : willAsk_(std::move(willAsk)) {
+FocusTracker::FocusTracker(std::function<void(pid_t)> willAsk, std::function<void()> focusMoved)
+    : willAsk_(std::move(willAsk))
+    , focusMoved_(std::move(focusMoved)) {
     for (const auto* type : eventTypes) {
         auto& listener = listeners_.emplace_back(atspi_event_listener_new(onEvent, this, nullptr));
         atspi_event_listener_register(listener.get(), type, nullptr);
@@ -163,6 +164,8 @@ void FocusTracker::onEvent(AtspiEvent* received, void* self) {
         else
             tracker.focusLost(event->source, process);
         tracker.willAsk_(0);
+        if (event->detail1 && !type.starts_with("window:"))
+            tracker.focusMoved_();
     }
 }
 
@@ -269,6 +272,8 @@ Object<AtspiAccessible> FocusTracker::focusedElement(pid_t process, Conversation
         const auto root = application(process, ask);
         element = root ? search(root.get(), ask) : nullptr;
         if (!element) {
+            if (ask.isOver()) // which says nothing about the application
+                return nullptr;
             focused_.erase(process);
             applications_.erase(process);
             return nullptr;

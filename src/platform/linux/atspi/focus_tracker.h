@@ -21,8 +21,9 @@ namespace glyma::atspi {
 class FocusTracker {
 public:
     /// Subscribes to the events; the bus must be connected.
-    /// \param willAsk  told the process that an event makes us ask, and 0 when that is over.
-    explicit FocusTracker(std::function<void(pid_t)> willAsk);
+    /// \param willAsk    told the process that an event makes us ask, and 0 when that is over.
+    /// \param focusMoved  told that an element says it has the focus now.
+    FocusTracker(std::function<void(pid_t)> willAsk, std::function<void()> focusMoved);
     ~FocusTracker();
     FocusTracker(const FocusTracker&) = delete;
     FocusTracker& operator=(const FocusTracker&) = delete;
@@ -32,8 +33,11 @@ public:
     Object<AtspiAccessible> focusedElement(pid_t process, Conversation& ask);
     /// The process that had the focus last among those that tell; 0 when none has.
     pid_t lastProcess() const { return lastProcess_; }
-    /// The application's own element, or null.
+    /// The application's own element, or null. Who finds it missing again and again in a row is not made to
+    /// wait for the same search each time.
     Object<AtspiAccessible> application(pid_t process, Conversation& ask);
+    /// The application may have come by now.
+    void searchAgain(pid_t process) { absent_.erase(process); }
     Object<AtspiAccessible> activeWindow(AtspiAccessible* application, Conversation& ask);
     /// A web page that the active window shows; null when there is none or it cannot be read.
     Object<AtspiAccessible> page(pid_t process, Conversation& ask);
@@ -53,6 +57,7 @@ private:
     Object<AtspiAccessible> innermostText(Object<AtspiAccessible> element, Conversation& ask);
 
     std::function<void(pid_t)> willAsk_;
+    std::function<void()> focusMoved_;
     std::vector<Object<AtspiEventListener>> listeners_;
     std::map<pid_t, Object<AtspiAccessible>> focused_;
     std::map<pid_t, Object<AtspiAccessible>> applications_;

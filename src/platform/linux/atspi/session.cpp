@@ -9,7 +9,14 @@ namespace {
 
 constexpr std::chrono::seconds unresponsiveFor{2};
 constexpr std::chrono::seconds statusWait{2};
-constexpr Milliseconds prepareInterval{500};
+/// A burst of questions that depend on each other is over by then.
+constexpr Milliseconds leftAloneAtLeast{100};
+/// A starting application shows its window before it is on the bus, and before what is in it. One that has no
+/// focus is not to be searched all the time.
+constexpr Milliseconds shortestGreetingInterval{200};
+constexpr Milliseconds longestGreetingInterval{1600};
+constexpr std::chrono::seconds preparationTime{10};
+constexpr std::chrono::seconds shortPreparationTime{1};
 
 /// atspi_init always connects the bus to the default event loop, which is Qt's; it can be moved only
 /// afterwards. Until then nobody else may run that loop.
@@ -50,6 +57,7 @@ AtspiAccessibility::Session::Session(Options options)
 AtspiAccessibility::Session::~Session() {
     worker_.post([this] {
         trackerReady_ = false;
+        greetings_.clear();
         if (bus_)
             dbus_connection_remove_filter(bus_.get(), hear, this);
         tracker_.reset();
@@ -67,7 +75,8 @@ void AtspiAccessibility::Session::connect() {
     }
     if (status.answers) {
         activeWindow_.emplace();
-        tracker_.emplace([this](pid_t process) { setCurrent(process); });
+        tracker_.emplace([this](pid_t process) { setCurrent(process); },
+                         options_.focusMoved ? options_.focusMoved : [] {});
         trackerReady_ = true;
         bus_.reset(dbus_connection_ref(atspi_get_a11y_bus()));
         dbus_connection_add_filter(bus_.get(), hear, this, nullptr);
@@ -107,6 +116,12 @@ bool AtspiAccessibility::Session::isUnresponsive(pid_t process) const {
 void AtspiAccessibility::Session::setUnresponsive(pid_t process) {
     const std::scoped_lock lock(mutex_);
     unresponsiveUntil_[process] = std::chrono::steady_clock::now() + unresponsiveFor;
+    worker_.post([this, process] { greetLater(process); });
+}
+
+void AtspiAccessibility::Session::setResponsive(pid_t process) {
+    const std::scoped_lock lock(mutex_);
+    unresponsiveUntil_.erase(process);
 }
 
 void AtspiAccessibility::Session::blameCurrent() {
@@ -114,17 +129,80 @@ void AtspiAccessibility::Session::blameCurrent() {
         setUnresponsive(process);
 }
 
-void AtspiAccessibility::Session::prepare(pid_t process, int attempts) {
-    if (!trackerReady_ || attempts == 0 || isUnresponsive(process))
+void AtspiAccessibility::Session::prepare(pid_t process) {
+    prepareFor(process, preparationTime);
+}
+
+void AtspiAccessibility::Session::prepareAgain(pid_t process) {
+    if (!isPreparing(process))
+        prepareFor(process, shortPreparationTime);
+}
+
+void AtspiAccessibility::Session::prepareFor(pid_t process, std::chrono::seconds time) {
+    prepared_ = process;
+    preparationEnd_ = std::chrono::steady_clock::now() + time;
+    greetingInterval_ = shortestGreetingInterval;
+    worker_.post([this, process] { greet(process); });
+}
+
+bool AtspiAccessibility::Session::isPreparing(pid_t process) const {
+    return prepared_ == process && std::chrono::steady_clock::now() < preparationEnd_;
+}
+
+/// Asks nothing that has to be waited for before the application has answered something.
+void AtspiAccessibility::Session::greet(pid_t process) {
+    if (!trackerReady_ || greetings_.contains(process) || (!isPreparing(process) && !isUnresponsive(process)))
         return;
-    const std::atomic<bool> abandoned = false;
-    Conversation ask(abandoned, Conversation::backgroundPatience);
-    if (tracker_->focusedElement(process, ask))
+    Conversation ask(worker_.isAwaited(), Conversation::backgroundPatience);
+    tracker_->searchAgain(process);
+    const auto application = tracker_->application(process, ask);
+    if (!application) {
+        if (!ask.isOver())
+            setResponsive(process); // there is nobody to wait for
+        return greetLater(process);
+    }
+    // Not from inside the bus's own work: what follows waits for answers itself.
+    greetings_.try_emplace(process, application.get(), [this, process](bool hasAnswered) {
+        worker_.post([this, process, hasAnswered] { greeted(process, hasAnswered); });
+    });
+}
+
+void AtspiAccessibility::Session::greeted(pid_t process, bool hasAnswered) {
+    greetings_.erase(process);
+    if (hasAnswered)
+        heardFrom(process);
+    else
+        greetLater(process);
+}
+
+void AtspiAccessibility::Session::greetLater(pid_t process) {
+    if (!waitingToGreet_.insert(process).second)
         return;
-    if (ask.timedOut())
+    auto delay = leftAloneAtLeast;
+    if (isPreparing(process)) {
+        delay = greetingInterval_;
+        greetingInterval_ = std::min(greetingInterval_ * 2, longestGreetingInterval);
+    }
+    worker_.postAfter(delay, [this, process] {
+        waitingToGreet_.erase(process);
+        greet(process);
+    });
+}
+
+void AtspiAccessibility::Session::heardFrom(pid_t process) {
+    setResponsive(process);
+    if (!isPreparing(process))
+        return;
+    Conversation ask(worker_.isAwaited(), Conversation::backgroundPatience);
+    setCurrent(process);
+    const auto found = tracker_->focusedElement(process, ask);
+    setCurrent(0);
+    if (found)
+        prepared_ = 0;
+    else if (ask.timedOut())
         setUnresponsive(process);
     else
-        worker_.postAfter(prepareInterval, [this, process, attempts] { prepare(process, attempts - 1); });
+        greetLater(process);
 }
 
 pid_t AtspiAccessibility::Session::frontProcess() {

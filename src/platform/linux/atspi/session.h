@@ -4,6 +4,7 @@
 #include "platform/linux/atspi/atspi_accessibility.h"
 #include "platform/linux/atspi/conversation.h"
 #include "platform/linux/atspi/focus_tracker.h"
+#include "platform/linux/atspi/greeting.h"
 #include "platform/linux/atspi/object.h"
 #include "platform/linux/atspi/text_element.h"
 #include "platform/linux/atspi/worker.h"
@@ -18,6 +19,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 
 namespace glyma::atspi {
@@ -57,15 +59,20 @@ public:
     bool isAbsent() const { return isAbsent_; }
     bool isUnresponsive(pid_t process) const;
     bool isPasswordField() const { return tracker_ && trackerReady_ && tracker_->isPasswordField(); }
+    /// It is left alone until it is heard of again or a time has passed.
+    void setUnresponsive(pid_t process);
     /// Somebody has waited in vain for the application that is being asked now.
     void blameCurrent();
     BusStatus status() const;
     const Worker& worker() const { return worker_; }
 
     // Worker thread
-    void setUnresponsive(pid_t process);
     void setCurrent(pid_t process) { current_ = process; }
-    void prepare(pid_t process, int attempts);
+    /// Looks for the focus of a process that has come to the front until it is known, for at most as long as
+    /// applications take to start; the next one takes its turn.
+    void prepare(pid_t process);
+    /// Looks for it once more, some time later.
+    void prepareAgain(pid_t process);
     FocusTracker& tracker() { return *tracker_; }
     /// Where the active window is, if it belongs to this process: asked of the X server, which knows while
     /// the window is dragged and whatever the application does, for every toolkit.
@@ -87,6 +94,15 @@ private:
         void operator()(DBusConnection* bus) const { dbus_connection_unref(bus); }
     };
 
+    // Worker thread
+    void prepareFor(pid_t process, std::chrono::seconds time);
+    bool isPreparing(pid_t process) const;
+    void greet(pid_t process);
+    void greetLater(pid_t process);
+    void greeted(pid_t process, bool hasAnswered);
+    void heardFrom(pid_t process);
+    void setResponsive(pid_t process);
+
     const Options options_;
 
     std::atomic<bool> isAbsent_ = false;
@@ -100,6 +116,12 @@ private:
     /// The library's; it would open another one when this one has ended.
     std::unique_ptr<DBusConnection, Disconnect> bus_;
     std::optional<FocusTracker> tracker_;
+    /// Whose focus is being looked for, and until when.
+    pid_t prepared_ = 0;
+    std::chrono::steady_clock::time_point preparationEnd_;
+    Milliseconds greetingInterval_{};
+    std::set<pid_t> waitingToGreet_;
+    std::map<pid_t, Greeting> greetings_;
     /// Last, so that it ends before what its jobs use.
     Worker worker_;
 };

@@ -30,6 +30,9 @@ public:
     void postAfter(Milliseconds delay, std::function<void()> job) const;
     static void post(GMainContext* context, std::function<void()> job);
 
+    /// Whether somebody waits for a job that has not begun: what runs for nobody gives way.
+    const std::atomic<bool>& isAwaited() const { return isAwaited_; }
+
     /// Runs the job and waits for its result, at most until the deadline. The job is told by the flag that
     /// nobody waits any more; when it had not begun by then, it never does.
     template<typename Result>
@@ -41,7 +44,9 @@ public:
         };
         const auto state = std::make_shared<State>();
         auto future = state->promise.get_future();
-        post([state, job = std::move(job)] {
+        isAwaited_ = true;
+        post([this, state, job = std::move(job)] {
+            isAwaited_ = false;
             if (!state->abandoned)
                 state->promise.set_value(job(state->abandoned));
         });
@@ -60,6 +65,7 @@ private:
     };
     std::unique_ptr<GMainContext, ContextRelease> context_;
     std::unique_ptr<GMainLoop, LoopRelease> loop_;
+    mutable std::atomic<bool> isAwaited_ = false;
     std::thread thread_;
 };
 

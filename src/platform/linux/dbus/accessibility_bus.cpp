@@ -3,8 +3,6 @@
 #include <QtDBus/QDBusPendingCallWatcher>
 #include <QtDBus/QDBusVariant>
 
-#include <utility>
-
 namespace glyma::dbus {
 
 namespace {
@@ -42,9 +40,9 @@ Permission withoutBus() {
                 "Start the desktop session through dbus-run-session, or install dbus-user-session.")};
 }
 
-Permission unreachable(Message why) {
+Permission unreachable(const Message& why) {
     return {.isGranted = false,
-            .finding = std::move(why),
+            .finding = why,
             .remedy = Message::tr("Install the package at-spi2-core, then log out and in again; if it is "
                                   "installed, start Glyma again.")};
 }

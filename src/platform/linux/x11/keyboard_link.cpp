@@ -67,6 +67,7 @@ std::expected<void, std::string> KeyboardLink::attach(xcb_window_t witness, std:
     isSilent_ = false;
     witness_ = witness;
     wake_ = std::move(wake);
+    apply();
     return {};
 }
 
@@ -128,14 +129,21 @@ bool KeyboardLink::consumes(xcb_keycode_t key, ModifierMask modifiers) const {
 void KeyboardLink::apply() {
     if (!isOpen() || !grabs_)
         return;
-    const auto claims = isSilent_ ? KeyClaims{} : claims_;
+    auto claims = isSilent_ ? KeyClaims{} : claims_;
+    grabs_->hold(listOf(claims));
+    // The picker's keys are claimed while somebody types: their list is ready by then.
+    claims.pickerKeys = true;
+    (void)listOf(claims);
+}
+
+const GrabList& KeyboardLink::listOf(const KeyClaims& claims) {
     auto cached = std::ranges::find_if(
         lists_, [&](const CachedList& each) { return each.claims == claims && each.layout == layout_; });
     if (cached == lists_.end()) {
         lists_.push_back({claims, layout_, grabList(claims, *map_, layout_)});
         cached = std::prev(lists_.end());
     }
-    grabs_->hold(cached->list);
+    return cached->list;
 }
 
 std::vector<SwallowedKey> KeyboardLink::handleEvents() {

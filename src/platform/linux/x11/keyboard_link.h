@@ -107,6 +107,7 @@ private:
     std::expected<void, std::string> open();
     bool isOpen() const { return connection_ && !connection_->isBroken(); }
     void apply();
+    const GrabList& listOf(const KeyClaims& claims);
     void readEvents();
     std::vector<SwallowedKey> swallow();
     bool hasGrabbed(const TimedMove& press);
