@@ -39,5 +39,5 @@ done
 
 step "all tests, real applications included"
 # An application and its display take two cores. A test that fails is run once more, and says so in the log: on a busy
-# machine Firefox can still lose a BackSpace (rare, known, open).
+# machine an application may answer later than a test allows.
 ctest --preset release -j "$(((jobs + 1) / 2))" --repeat until-pass:2
