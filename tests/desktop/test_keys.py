@@ -79,7 +79,8 @@ class Keys(unittest.TestCase):
                     self.open_picker()
                     if lock:
                         self.desktop.press(lock)
-                    for key in ("Down", "Up", "Escape"):
+                    # Openbox keeps Shift+Alt with an arrow for itself: neither the application nor we get it.
+                    for key in ("Escape",) if held == ["shift", "alt"] else ("Down", "Up", "Escape"):
                         self.desktop.press("+".join([*held, key]))
                     wait_until(lambda: not self.glyma.is_open(), 3, "the picker to close")
                     if lock:
