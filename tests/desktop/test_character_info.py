@@ -8,6 +8,7 @@ import unittest
 
 from applications import FirefoxField, GnomeTextEditor, Mousepad, XTerm
 from glyma import BINARY, Glyma
+from preferences_window import PreferencesWindow
 from virtual_desktop import VirtualDesktop, wait_until
 
 SHORTCUT = "super+shift+i"
@@ -75,6 +76,27 @@ class CharacterInfo(unittest.TestCase):
         self.desktop.type("z")
         wait_until(lambda: "z" in editor.text(), 2, "a letter")
         self.assertEqual(editor.text().replace("z", ""), text)
+
+    def test_a_shortcut_recorded_in_the_preferences(self):
+        editor = Mousepad(self.desktop, TEXT)
+        editor.select(FAMILY)
+        preferences = PreferencesWindow(self.desktop, self.glyma).open("general")
+        recorder = "Shortcut: Shift+Super+I"
+        preferences.press(recorder)
+        # What opens the panel anywhere else is recorded here.
+        self.desktop.press(SHORTCUT)
+        preferences.go_to("push button", recorder)
+        self.assertEqual(self.glyma.info_windows(), [])
+        preferences.press(recorder)
+        self.desktop.press("ctrl+alt+j")
+        preferences.get("push button", "Shortcut: Control+Alt+J")
+        preferences.close()
+        editor.focus()
+        self.desktop.press("ctrl+alt+j")
+        self.wait_for(CARDS[0])
+        self.desktop.press("Escape")
+        self.wait_until_closed()
+        self.assertEqual(editor.text(), TEXT)
 
     def test_mousepad(self):
         self.check_editor(Mousepad(self.desktop, TEXT))
