@@ -48,6 +48,8 @@ void KeyboardMonitor::Implementation::hearModifiers(const KeyEvent& event) {
 }
 
 void KeyboardMonitor::Implementation::perform(const Heard& heard, const KeyEvent& event) {
+    if (event.hasReachedApplication)
+        log.debug("Glyma: [tap] key {} could not be kept from the application", event.keyCode);
     const auto showing = heard.showing;
     switch (heard.effect) {
     case Effect::none:

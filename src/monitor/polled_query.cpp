@@ -25,12 +25,18 @@ PolledQuery::PolledQuery(std::string trigger, TypedText typed)
     , typed_(std::move(typed)) {}
 
 void PolledQuery::type(std::string_view text) {
+    if (!text.empty() && ahead_.starts_with(text)) {
+        ahead_.erase(0, text.size());
+        return;
+    }
+    ahead_.clear();
     earlier_.push_back(readingAsTyped().query);
     typed_.type(text, false);
     followKeys();
 }
 
 void PolledQuery::deleteLast() {
+    ahead_.clear();
     earlier_.push_back(readingAsTyped().query);
     typed_.deleteLast();
     followKeys();
@@ -43,10 +49,12 @@ void PolledQuery::followKeys() {
 }
 
 void PolledQuery::disturb() {
+    ahead_.clear();
     isDisturbed_ = wasDisturbed_ = true;
 }
 
 void PolledQuery::settle() {
+    ahead_.clear();
     isDisturbed_ = false;
     keysHaveArrived();
 }
@@ -110,8 +118,12 @@ PolledQuery::Finding PolledQuery::take(const QueryReading& reading, int tick) {
     if (hasLostItsTrigger(reading))
         return Finding::lost;
     if (reading.holdsQuery()) {
-        if (!accountsForKeys(reading))
+        if (!accountsForKeys(reading)) {
+            const auto typed = readingAsTyped().query;
+            if (!isDisturbed_ && reading.query.starts_with(typed))
+                ahead_ = reading.query.substr(typed.size());
             restartFrom(reading.query);
+        }
         return std::exchange(query_, reading.query) == reading.query ? Finding::same : Finding::changed;
     }
     // Some applications have an element with a caret for each key they draw elsewhere: always empty.

@@ -69,6 +69,7 @@ private:
     /// The text as it was read and the keys since.
     TypedText typed_;
     std::vector<std::string> earlier_; ///< what the text showed before each key not accounted for
+    std::string ahead_;                ///< what the text showed before its keys were heard of
     std::string anchor_;               ///< what leads to the trigger, as it was read last
     bool hasArrived_ = false;   ///< a reading has accounted for the keys: none is from before the trigger
     bool isBehind_ = true;      ///< no reading has accounted for the keys yet

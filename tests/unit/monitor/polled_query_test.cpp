@@ -105,6 +105,17 @@ TEST(PolledQuery, TheTriggerTypedTwiceIsAQueryUntilSomethingFollowsIt) {
     EXPECT_EQ(polled.deletion(readingOf("a::s")), (Deletion{2, ":s"}));
 }
 
+TEST(PolledQuery, CountsOnceAKeyThatIsHeardAfterTheTextHasShownIt) {
+    PolledQuery polled(":", TypedText("c"));
+    EXPECT_EQ(polled.take(readingOf("x:cat"), 1), PolledQuery::Finding::changed);
+    polled.type("a");
+    polled.type("t");
+    EXPECT_EQ(polled.query(), "cat");
+    EXPECT_EQ(polled.keystrokeCount(), 3);
+    polled.type("t");
+    EXPECT_EQ(polled.query(), "catt");
+}
+
 TEST(PolledQuery, DeletesWhatTheTextHolds) {
     PolledQuery polled(":", TypedText("s"));
     for (const auto* key : {"m", "i", "l", "e", "y", "s"})
