@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs every test: unit and scenario tests (plain, under AddressSanitizer and
-# UndefinedBehaviorSanitizer, under ThreadSanitizer) and real applications on virtual displays.
+# UndefinedBehaviorSanitizer, under ThreadSanitizer), the Debian package, and real applications on virtual displays.
 #
-#   ./test.sh [--quick]     --quick leaves out the sanitizers and the long runs with real applications
+#   ./test.sh [--quick]     --quick leaves out the sanitizers, the package and the long runs with real applications
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -36,6 +36,9 @@ for sanitizer in asan-ubsan tsan; do
     cmake --build "build/$sanitizer"
     ctest --preset "$sanitizer" -j "$jobs"
 done
+
+step "the Debian package, checked by lintian and its like"
+tools/package.sh
 
 step "all tests, real applications included"
 # An application and its display take two cores. A test that fails is run once more, and says so in the log: on a busy

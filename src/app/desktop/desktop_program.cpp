@@ -84,7 +84,13 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store)
     , primarySelection_(QClipboard::Selection)
     , accessibility_({.enableBus = true,
                       .warn = [this](const Message& why) { sayUnreachable(why); },
-                      .focusMoved = [this] { scheduler_.post([this] { monitor_.focusMoved(); }); }})
+                      .focusMoved =
+                          [this] {
+                              scheduler_.post([this] {
+                                  tap_.checkSuppression();
+                                  monitor_.focusMoved();
+                              });
+                          }})
     , textElements_(accessibility_, [this]() -> bool { return flags_.isTestFieldFocused; })
     , frontApplications_(scheduler_,
                          [&applications = foundation.applications](const x11::WindowIdentity& window) {
@@ -176,6 +182,7 @@ DesktopProgram::DesktopProgram(Foundation& foundation, Store store)
                     .activate = [](WId window) { x11::activateWindow(static_cast<xcb_window_t>(window)); }},
                    preferencesPages()) {
     tap_.setSuppressed([this] { return secureInput_.mustNotListen(); });
+    grabSubscription_ = grabs_.observe([this] { tap_.checkSuppression(); });
     delegateSubscription_ = delegate_.changed.connect([this] { updateTray(); });
     preferencesSubscription_ = foundation.preferences.changed.connect([this] { updateTray(); });
     // An application that was never asked before takes its time: ask before the user wants anything.

@@ -107,6 +107,7 @@ private:
     std::string said_;
     Subscription importSubscription_;
     Subscription frontSubscription_;
+    Subscription grabSubscription_;
     Subscription delegateSubscription_;
     Subscription preferencesSubscription_;
     Subscription trayCheck_;

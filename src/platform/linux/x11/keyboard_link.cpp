@@ -181,10 +181,16 @@ void KeyboardLink::readEvents() {
     }
 }
 
-/// The server makes the raw event of a press and the event of its grab in one go.
+void KeyboardLink::wakeTap() const {
+    const std::scoped_lock lock(mutex_);
+    wake();
+}
+
+/// The server makes the raw event of a press and the event of its grab in one go. While silent nothing is
+/// grabbed, and the tap may learn from this very press that it need not be silent any more.
 bool KeyboardLink::hasSlipped(const KeyEvent& event, const TimedMove& press) {
     const std::scoped_lock lock(mutex_);
-    if (!isOpen() || isHolding_ || isSilent_ || !isClaimed(claims_, event.keyCode, event.flags))
+    if (!isOpen() || isHolding_ || !isClaimed(claims_, event.keyCode, event.flags))
         return false;
     (void)connection_->focus();
     readEvents();

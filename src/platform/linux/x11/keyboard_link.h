@@ -42,8 +42,10 @@ public:
 
     /// See KeyboardTap::claim.
     void claim(const KeyClaims& claims);
-    /// While silent nothing is claimed.
+    /// While silent nothing is kept from applications.
     void setSilent(bool isSilent);
+    /// Has the tap look around on its own thread.
+    void wakeTap() const;
     void setLayout(xkb_layout_index_t layout);
     /// The server's keyboard has changed.
     void reloadMap();

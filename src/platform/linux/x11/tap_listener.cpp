@@ -142,8 +142,9 @@ void TapListener::run() {
 }
 
 bool TapListener::drain() {
-    wake_.clear();
     bool isAnything = false;
+    if (wake_.clear())
+        (void)isSilent();
     // Repeats first: what ends them is in the other stream.
     if (repeats_)
         isAnything = repeats_->drain([this](xcb_keycode_t key) { handleServerRepeat(key); });

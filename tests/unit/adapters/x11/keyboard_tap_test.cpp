@@ -195,6 +195,41 @@ TEST_F(TextTest, suppressedKeysAreNotHandedOver) {
     tap->stop();
 }
 
+TEST_F(TextTest, aClaimedKeyThatEndsTheSuppressionIsHeardAsOneThatReachedTheApplication) {
+    std::atomic<bool> isPassword = true;
+    std::atomic<int> asked = 0;
+    tap->stop();
+    tap->setSuppressed([&] {
+        ++asked;
+        return isPassword.load();
+    });
+    ASSERT_TRUE(tap->start(heard.callback()));
+    tap->claim({.pickerKeys = false, .escape = true, .shortcut = {}});
+    ASSERT_TRUE(eventually([&] { return asked > 0; }));
+    target->record();
+    const auto typePassword = [&] {
+        isPassword = true;
+        const int before = asked;
+        user->tap(pc::s);
+        EXPECT_TRUE(eventually([&] { return asked > before; }));
+        isPassword = false;
+    };
+    typePassword();
+    user->tap(pc::escape);
+    EXPECT_TRUE(heard.nextKey().hasReachedApplication);
+    user->tap(pc::escape);
+    EXPECT_FALSE(heard.nextKey().hasReachedApplication);
+    user->sync();
+    EXPECT_EQ(target->keys(), (std::vector<std::string>{"+39", "-39", "+9", "-9"}));
+
+    typePassword();
+    tap->checkSuppression();
+    ASSERT_TRUE(eventually([&] { return tap->link()->consumes(pc::escape, 0); }));
+    user->tap(pc::escape);
+    EXPECT_FALSE(heard.nextKey().hasReachedApplication) << "claimed again before the key";
+    tap->stop();
+}
+
 TEST(EchoLedger, onlyBetweenItsMarksABatchHidesKeys) {
     EchoLedger ledger;
     const KeyMove press{pc::v, true};
