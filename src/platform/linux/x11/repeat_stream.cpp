@@ -8,6 +8,9 @@ namespace {
 
 constexpr std::size_t eventSize = 32;
 constexpr std::uint8_t fromServer = 0; // XRecordFromServer
+/// Milliseconds. No keyboard is set to repeat sooner; what looks like it is the same key on another keyboard,
+/// as our own that types for the user.
+constexpr xcb_timestamp_t shortestDelay = 30;
 
 } // namespace
 
@@ -33,7 +36,9 @@ bool RepeatStream::drain(const std::function<void(xcb_keycode_t)>& repeated) {
 void RepeatStream::handle(const xcb_key_press_event_t& event,
                           const std::function<void(xcb_keycode_t)>& repeated) {
     const bool isPress = event.response_type == XCB_KEY_PRESS;
-    if (isPress && down_.test(event.detail))
+    if (isPress && !down_.test(event.detail))
+        pressedAt_.at(event.detail) = event.time;
+    else if (isPress && event.time - pressedAt_.at(event.detail) >= shortestDelay)
         repeated(event.detail);
     down_.set(event.detail, isPress);
 }

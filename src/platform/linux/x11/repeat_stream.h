@@ -2,6 +2,7 @@
 
 #include "platform/linux/x11/record_stream.h"
 
+#include <array>
 #include <bitset>
 #include <functional>
 #include <optional>
@@ -26,6 +27,7 @@ private:
 
     RecordStream stream_;
     std::bitset<256> down_;
+    std::array<xcb_timestamp_t, 256> pressedAt_{};
 };
 
 } // namespace glyma::x11
