@@ -61,8 +61,14 @@ class Run:
             self.clear()
 
     def text(self):
+        """Absent while the application does not answer."""
+        from gi.repository import GLib
+        try:
+            text = self.application.text() or ""
+        except GLib.Error:
+            return None
         # gnome-text-editor and Firefox count a last empty line
-        return (self.application.text() or "").removesuffix("\n")
+        return text.removesuffix("\n")
 
     def clear(self):
         self.desktop.press("ctrl+a", "BackSpace")
