@@ -17,7 +17,8 @@ demo=(
     x11-utils x11-xkb-utils xclip xdotool xvfb
 )
 test=(
-    chromium clang-format desktop-file-utils featherpad firefox-esr gnome-text-editor libgmock-dev libgtest-dev xterm
+    chromium clang-format desktop-file-utils featherpad firefox-esr gir1.2-gtk-3.0 gnome-text-editor libgmock-dev
+    libgtest-dev xterm
 )
 bench=(fzf libxcb-damage0-dev sqlite3)
 lint=(clang-tidy-16)

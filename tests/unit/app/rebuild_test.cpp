@@ -4,6 +4,7 @@
 #include "catalogue/catalogue_files.h"
 #include "catalogue/import_pipeline.h"
 #include "catalogue/store_lifecycle.h"
+#include "platform/linux/fonts/fontconfig_coverage.h"
 #include "platform/simulated/services.h"
 #include "process.h"
 
@@ -207,7 +208,7 @@ TEST_F(RebuildTest, KilledBetweenAnyTwoStepsItLosesNothing) {
             Log log(sink, debug);
             const xdg::SystemClock clock;
             const ResourceLocator locator(resources);
-            simulated::SimulatedFonts fonts;
+            fonts::FontconfigCoverage fonts(log); // what the program's own imports find
             auto store = StoreLifecycle(data, locator, settings, clock, log).makeContainer();
             const auto progress = [&](std::string_view phase) { sink.write(phase); };
             if (store)
