@@ -31,7 +31,7 @@ public:
     ~KeyboardTap() override;
 
     /// While the function answers true nothing is handed to the callback and nothing is claimed. Called on
-    /// the tap thread at every key; to be set before start().
+    /// the tap thread at every key and when woken; to be set before start().
     void setSuppressed(std::function<bool()> isSuppressed);
     /// Its answer may be another one now: so that what is claimed is right already when the next key comes.
     /// Any thread.

@@ -1,3 +1,4 @@
+#include "main_queue.h"
 #include "platform/linux/x11/mouse_monitor.h"
 #include "x11_fixture.h"
 
@@ -38,7 +39,7 @@ protected:
 
     Server server;
     Connection hand = std::move(Connection::open(server.display()).value());
-    Queue queue;
+    MainQueue queue;
     MouseMonitor monitor{queue, server.display()};
     std::vector<MouseEvent> seen;
 };

@@ -4,7 +4,6 @@
 #include "platform/linux/x11/connection.h"
 #include "platform/linux/x11/keyboard_tap.h"
 #include "platform/linux/x11/xkb_protocol.h"
-#include "platform/scheduler.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -136,31 +135,6 @@ protected:
     std::vector<std::string> reports;
     Heard heard;
     std::unique_ptr<KeyboardTap> tap;
-};
-
-/// A main queue that runs when told.
-class Queue : public Scheduler {
-public:
-    void post(std::function<void()> job) override {
-        const std::scoped_lock lock(mutex_);
-        jobs_.push_back(std::move(job));
-    }
-    Subscription after(Milliseconds, std::function<void()>) override { return {}; }
-    Subscription every(Milliseconds, std::function<void()>) override { return {}; }
-    void sleep(Milliseconds) override {}
-    void run() {
-        std::vector<std::function<void()>> due;
-        {
-            const std::scoped_lock lock(mutex_);
-            due.swap(jobs_);
-        }
-        for (const auto& job : due)
-            job();
-    }
-
-private:
-    std::mutex mutex_;
-    std::vector<std::function<void()>> jobs_;
 };
 
 /// Waits up to two seconds.
